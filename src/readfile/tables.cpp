@@ -1,0 +1,177 @@
+// The item coding tables and the coded data space.
+#include <cmath>
+#include <deque>
+
+#include "readfile.h"
+#include "readfile/internal.h"
+#include "rule.h"
+
+std::vector<std::string> AttName;
+std::vector<unsigned char> SpecialStatus;
+std::vector<AttCodeEntry*> AttCode;
+std::vector<std::unique_ptr<ItemEntry>> ItemRecord;
+std::vector<int> Attribute;
+std::vector<std::vector<int>> AttValue;
+std::vector<int> MaxAttVal;
+std::vector<std::string> ClassName;
+int MaxAtt = 0;
+int RealAtt = 0;
+int MaxItem = 0;
+int MaxClass = 0;
+int Item_Id_Ceiling = 50;
+int MaxData = 0;
+std::vector<float*> RawDataSpace;
+std::vector<short*> DataSpace;
+
+namespace readfile_detail {
+
+// Value entries live in a pool so that chains of any length are released
+// without recursion; AttCode and Next only point into it.
+std::deque<AttCodeEntry> AttCodePool;
+// Per declared attribute: value name -> code of its first declaration.
+std::vector<std::unordered_map<std::string, int>> AttLookup;
+// Storage of the rows: blocks of consecutive rows that RawDataSpace and
+// DataSpace point into.
+std::vector<std::unique_ptr<float[]>> RawBlocks;
+std::vector<std::unique_ptr<short[]>> DataBlocks;
+
+void GrowItemTables() {
+  if (Item_Id_Ceiling - 1 <= MaxItem) {
+    Item_Id_Ceiling += 50;
+    ItemRecord.resize(Item_Id_Ceiling);
+    Attribute.resize(Item_Id_Ceiling, 0);
+  }
+}
+
+void AddItem(int declared, int real, const std::string& value) {
+  ++MaxItem;
+  AttCodeEntry* entry = AddAttCode(value, MaxItem);
+  if (!AttCode[declared]) {
+    AttCode[declared] = entry;
+  } else {
+    AttCodeEntry* last = AttCode[declared];
+    while (last->Next) last = last->Next;
+    last->Next = entry;
+  }
+  if (AttLookup.size() <= static_cast<size_t>(declared)) AttLookup.resize(declared + 1);
+  AttLookup[declared].emplace(value, MaxItem);  // the first declaration wins
+  AttValue[real].push_back(MaxItem);
+  ++MaxAttVal[real];
+  Attribute[MaxItem] = real;
+  GrowItemTables();
+  ItemRecord[MaxItem] = AddItemRecord(AttName[declared], value);
+}
+
+float* NewRawRow(int index) {
+  const size_t width = static_cast<size_t>(RealAtt) + 2;
+  const size_t slot = static_cast<size_t>(index) % kRowsPerBlock;
+  if (slot == 0) {
+    RawBlocks.emplace_back(new float[width * kRowsPerBlock]());
+  }
+  float* row = RawBlocks.back().get() + slot * width;
+  if (RawDataSpace.size() <= static_cast<size_t>(index)) RawDataSpace.resize(index + 1);
+  RawDataSpace[index] = row;
+  return row;
+}
+
+void ReleaseRawRows() {
+  RawBlocks.clear();
+  RawBlocks.shrink_to_fit();
+  RawDataSpace.clear();
+  RawDataSpace.shrink_to_fit();
+}
+
+}  // namespace readfile_detail
+
+using namespace readfile_detail;
+
+std::unique_ptr<ItemEntry> AddItemRecord(const std::string& attName, const std::string& valueName) {
+  auto entry = std::make_unique<ItemEntry>();
+  entry->ValueName = CopyString(valueName);
+  entry->AttributeName = CopyString(attName);
+  return entry;
+}
+
+AttCodeEntry* AddAttCode(const std::string& name, int code) {
+  AttCodePool.emplace_back();
+  AttCodeEntry* entry = &AttCodePool.back();
+  entry->Name = CopyString(name);
+  entry->Code = code;
+  entry->Next = nullptr;
+  return entry;
+}
+
+std::string CopyString(const std::string& s) { return s; }
+
+int GetAttCode(const std::string& value, int attIndex) {
+  if (attIndex < 0 || static_cast<size_t>(attIndex) >= AttCode.size()) return 0;
+  if (static_cast<size_t>(attIndex) < AttLookup.size()) {
+    const auto& table = AttLookup[attIndex];
+    auto found = table.find(value);
+    return found == table.end() ? 0 : found->second;
+  }
+  for (AttCodeEntry* e = AttCode[attIndex]; e; e = e->Next)
+    if (e->Name == value) return e->Code;
+  return 0;
+}
+
+int GetNameCode(const std::string& className) {
+  for (int k = 0; k < MaxClass && static_cast<size_t>(k) < ClassName.size(); ++k)
+    if (ClassName[k] == className) return k;
+  return -1;
+}
+
+int ConvertDataSpace() {
+  DataSpace.assign(MaxData, nullptr);
+  DataBlocks.clear();
+  const size_t width = static_cast<size_t>(RealAtt) + 1;
+  for (int i = 0; i < MaxData; ++i) {
+    const size_t slot = static_cast<size_t>(i) % kRowsPerBlock;
+    if (slot == 0) {
+      size_t rows = std::min<size_t>(kRowsPerBlock, static_cast<size_t>(MaxData - i));
+      DataBlocks.emplace_back(new short[width * rows]());
+      // The raw block before this one is coded: release it.
+      size_t done = static_cast<size_t>(i) / kRowsPerBlock;
+      if (done > 0) RawBlocks[done - 1].reset();
+    }
+    short* row = DataBlocks.back().get() + slot * width;
+    const float* raw = RawDataSpace[i];
+    for (size_t j = 0; j < width; ++j) {
+      // Truncation toward zero, as a C conversion of a float to an integer.
+      row[j] = static_cast<short>(TruncateToInt(std::trunc(raw[j])));
+    }
+    DataSpace[i] = row;
+  }
+  ReleaseRawRows();
+  return 1;
+}
+
+void CheckItemLimit(const std::string& source) {
+  if (MaxItem > MaxCodableItem) {
+    std::printf("\nERROR:  %s declares %d items; at most %d can be coded\n", source.c_str(), MaxItem,
+                MaxCodableItem);
+    EndRun(1);
+  }
+}
+
+void ResetReadfile() {
+  AttName.clear();
+  SpecialStatus.clear();
+  AttCode.clear();
+  AttCodePool.clear();
+  AttLookup.clear();
+  ItemRecord.clear();
+  Attribute.clear();
+  AttValue.clear();
+  MaxAttVal.clear();
+  ClassName.clear();
+  MaxAtt = RealAtt = MaxItem = MaxClass = 0;
+  Item_Id_Ceiling = 50;
+  MaxData = 0;
+  ReleaseRawRows();
+  DataSpace.clear();
+  DataSpace.shrink_to_fit();
+  DataBlocks.clear();
+  Delimiter = 0;
+  ResetErrorCount();
+}
