@@ -112,6 +112,7 @@ int ComputeMinSup(int maxData, float fraction) {
 }
 
 void MineLayers() {
+  AllSet = static_cast<TreeNode*>(XCalloc(1, sizeof(TreeNode)));
   InitialCount();
   Counting();
   InitRuleSet();
@@ -244,7 +245,6 @@ int RunMiner(int argc, char** argv) {
   }
   std::printf("MaxData = %d, Attribute = %d, Used attributes %d \n", MaxData, MaxAtt, RealAtt);
 
-  AllSet = static_cast<TreeNode*>(XCalloc(1, sizeof(TreeNode)));
   MineLayers();
 
   if (Debug) {

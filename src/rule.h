@@ -89,6 +89,8 @@ int TruncateToInt(double value);
 // Returns the exit status.
 int RunMiner(int argc, char** argv);
 
-// The mining steps shared by the miner and the companion programs: first
-// layer, rule set, then the layer loop with a report per layer.
+// The mining steps shared by the miner and the companion programs, on the
+// data as read and with the option globals and GMinSup as they stand: the
+// root AllSet, the first layer, the rule set, then the layer loop with a
+// report per layer.
 void MineLayers();
