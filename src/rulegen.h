@@ -113,6 +113,11 @@ extern int LooseCov;
 extern int ToughCov;
 int CoverageCount(TreeNode* root, int* const* rows, int n);
 int CountEntry(TreeNode* root, const int* row);
+// CoverageCount over the cases of DataSpace, widened to int rows.
+int CoverageOfData(TreeNode* root);
+// Orders the rule set by Precede, equal rules keeping their order, and
+// relinks it.
+void SortRuleSet();
 
 // ---- Reports ----
 void Report();
