@@ -1,5 +1,108 @@
-// Coverage counting of the perfect-rule nodes over a set of cases.
+// Coverage counting: how many cases contain the itemset of at least one
+// marked node (a node that produced a perfect rule). Each case is swept
+// through the tree as in support counting; the sweep of a case stops as soon
+// as both counters have been served.
+#include <cstdio>
+#include <vector>
+
+#include "readfile.h"
 #include "rulegen.h"
 
 int LooseCov = 0;
 int ToughCov = 0;
+
+namespace {
+
+// The all-ones flag of a first-layer target, as the 16-bit field holds it.
+constexpr short kAllOnes = static_cast<short>(0xFFFF);
+
+// Looks for a son with the given item from the node's Cursor on; the sons
+// ascend, so the search stops at the first larger item.
+int FindSon(const TreeNode* node, int item) {
+  for (int s = node->Cursor; s < node->NumOfSon; ++s) {
+    const int sonItem = node->Son[s]->Item;
+    if (item < sonItem) return -1;
+    if (item == sonItem) return s;
+  }
+  return -1;
+}
+
+short SecondFlag(const TreeNode* node) { return node->TargetFlag ? node->TargetFlag[1] : 0; }
+
+struct CaseMarks {
+  bool loose = false;
+  bool tough = false;
+};
+
+// Counts a marked node into the counters the case has not served yet.
+// Returns true when both are served and the case is done.
+bool Examine(const TreeNode* z, CaseMarks& marks) {
+  if (z->Token <= 0) return false;
+  const short second = SecondFlag(z);
+  if (!marks.loose && second != kAllOnes) {
+    LooseCov += 1;
+    std::printf("\n **");
+    if (z->ItemSet) {
+      for (int i = 0; i < z->Length; ++i) std::printf("%d,", z->ItemSet[i]);
+    }
+    std::printf("Target[0] = %d, Target[1] = %d", z->TargetFlag ? z->TargetFlag[0] : 0, second);
+    marks.loose = true;
+  }
+  if (!marks.tough && second == kAllOnes) {
+    ToughCov += 1;
+    marks.tough = true;
+  }
+  return marks.loose && marks.tough;
+}
+
+}  // namespace
+
+int CountEntry(TreeNode* root, const int* row) {
+  if (!root) return 0;
+  std::vector<TreeNode*> reached;
+  reached.reserve(10);
+  root->Cursor = 0;
+  CaseMarks marks;
+  for (int c = 0; c < RealAtt; ++c) {
+    const int x = row[c];
+    const size_t before = reached.size();
+    const int s = FindSon(root, x);
+    if (s >= 0) {
+      TreeNode* z = root->Son[s];
+      root->Cursor = s + 1;
+      z->Cursor = 0;
+      if (Examine(z, marks)) return 1;
+      reached.push_back(z);
+    }
+    for (size_t e = 0; e < before; ++e) {
+      TreeNode* p = reached[e];
+      const int t = FindSon(p, x);
+      if (t < 0) continue;
+      TreeNode* son = p->Son[t];
+      p->Cursor = t + 1;
+      son->Cursor = 0;
+      if (Examine(son, marks)) return 1;
+      reached.push_back(son);
+    }
+  }
+  return 0;
+}
+
+int CoverageCount(TreeNode* root, int* const* rows, int n) {
+  ToughCov = 0;
+  LooseCov = 0;
+  for (int r = 0; r < n; ++r) CountEntry(root, rows[r]);
+  return 1;
+}
+
+int CoverageOfData(TreeNode* root) {
+  const size_t width = static_cast<size_t>(RealAtt > 0 ? RealAtt : 0);
+  std::vector<int> cells(static_cast<size_t>(MaxData) * width);
+  std::vector<int*> rows(static_cast<size_t>(MaxData));
+  for (int r = 0; r < MaxData; ++r) {
+    int* row = cells.data() + static_cast<size_t>(r) * width;
+    for (size_t c = 0; c < width; ++c) row[c] = DataSpace[r][c];
+    rows[r] = row;
+  }
+  return CoverageCount(root, rows.data(), MaxData);
+}
