@@ -2,6 +2,8 @@
 // counting of the newer layers by one sweep of each row through the tree.
 #include <cstdio>
 #include <cstdlib>
+#include <cstdint>
+#include <vector>
 
 #include "readfile.h"
 #include "rule.h"
@@ -146,6 +148,100 @@ int Sweep(TreeNode* root, const short* row, int layer, ReachedList& reached) {
   return 1;
 }
 
+// Population count of the rows in both sets (first may be null: every row).
+#if defined(__x86_64__) && defined(__GNUC__) && !defined(__clang__)
+__attribute__((target_clones("popcnt", "default")))
+#endif
+size_t CountBoth(const uint64_t* first, const uint64_t* second, size_t words) {
+  size_t count = 0;
+  if (!first) {
+    for (size_t w = 0; w < words; ++w) count += static_cast<size_t>(__builtin_popcountll(second[w]));
+  } else {
+    for (size_t w = 0; w < words; ++w) count += static_cast<size_t>(__builtin_popcountll(first[w] & second[w]));
+  }
+  return count;
+}
+
+// out = first & second (first null: every row); true when any row is left.
+bool Intersect(const uint64_t* first, const uint64_t* second, uint64_t* out, size_t words) {
+  uint64_t any = 0;
+  if (!first) {
+    for (size_t w = 0; w < words; ++w) any |= (out[w] = second[w]);
+  } else {
+    for (size_t w = 0; w < words; ++w) any |= (out[w] = first[w] & second[w]);
+  }
+  return any != 0;
+}
+
+// The rows of each layer-1 item as a bit set.
+// Walking the tree depth first with the intersection of the rows of the
+// items on the path counts every node of a layer from the rows that contain
+// its whole itemset: the same supports as sweeping each row through the
+// tree, with the work shared along common prefixes.
+class VerticalIndex {
+ public:
+  // Builds the row sets of the items of the root's sons; false when they
+  // would take more than the memory budget.
+  bool Build(const TreeNode* root) {
+    words_ = (static_cast<size_t>(MaxData) + 63) / 64;
+    slot_.assign(static_cast<size_t>(MaxItem) + 2, -1);
+    size_t items = 0;
+    for (int s = 0; s < root->NumOfSon; ++s) {
+      const TreeNode* son = root->Son[s];
+      if (son && son->Item > 0 && son->Item <= MaxItem && slot_[son->Item] < 0)
+        slot_[son->Item] = static_cast<int>(items++);
+    }
+    if (items * words_ * sizeof(uint64_t) > kBudget) return false;
+    bits_.assign(items * words_, 0);
+    for (int r = 0; r < MaxData; ++r) {
+      const short* row = DataSpace[r];
+      const uint64_t bit = uint64_t{1} << (r % 64);
+      const size_t word = static_cast<size_t>(r) / 64;
+      for (int c = 0; c < RealAtt; ++c) {
+        const int x = row[c];
+        if (x > 0 && x <= MaxItem && slot_[x] >= 0) bits_[static_cast<size_t>(slot_[x]) * words_ + word] |= bit;
+      }
+    }
+    return true;
+  }
+
+  void Count(TreeNode* root, int layer) {
+    layer_ = layer;
+    stack_.assign(static_cast<size_t>(layer > 0 ? layer : 1) * words_, 0);
+    Walk(root, nullptr, 0);
+  }
+
+ private:
+  static constexpr size_t kBudget = size_t{512} << 20;
+
+  const uint64_t* Rows(int item) const {
+    if (item <= 0 || item > MaxItem || slot_[item] < 0) return nullptr;
+    return bits_.data() + static_cast<size_t>(slot_[item]) * words_;
+  }
+
+  // Walks the sons of node, whose rows are `rows` (null: every row).
+  void Walk(TreeNode* node, const uint64_t* rows, int depth) {
+    for (int s = 0; s < node->NumOfSon; ++s) {
+      TreeNode* son = node->Son[s];
+      if (!son) continue;
+      const uint64_t* own = Rows(son->Item);
+      if (son->Length == layer_) {
+        son->Support += own ? CountBoth(rows, own, words_) : 0;
+        continue;
+      }
+      if (son->Length > layer_ || son->NumOfSon == 0 || !own) continue;
+      uint64_t* next = stack_.data() + static_cast<size_t>(depth) * words_;
+      if (Intersect(rows, own, next, words_)) Walk(son, next, depth + 1);
+    }
+  }
+
+  size_t words_ = 0;
+  std::vector<int> slot_;
+  std::vector<uint64_t> bits_;
+  std::vector<uint64_t> stack_;
+  int layer_ = 0;
+};
+
 }  // namespace
 
 int CountbyTree(TreeNode* root, const short* row, int layer) {
@@ -154,6 +250,15 @@ int CountbyTree(TreeNode* root, const short* row, int layer) {
 }
 
 int Verification(TreeNode* root, int layer) {
+  if (!root) return 1;
+  {
+    VerticalIndex vertical;
+    if (vertical.Build(root)) {
+      vertical.Count(root, layer);
+      return 1;
+    }
+  }
+  // Too many rows and items for the bit sets: sweep each row through the tree.
   ReachedList reached;
   for (int r = 0; r < MaxData; ++r) Sweep(root, DataSpace[r], layer, reached);
   return 1;

@@ -1,0 +1,41 @@
+# make run   builds, then mines the bundled example
+# make test  builds, then runs every test: the normal build and the
+#            AddressSanitizer + UndefinedBehaviorSanitizer build
+# make bench runs the benchmarks (Release build)
+JOBS    ?= $(shell nproc 2>/dev/null || echo 2)
+BUILD   ?= build
+ASAN    ?= build-asan
+EXAMPLE ?= $(BUILD)/example
+
+.PHONY: all build build-asan run test bench install clean
+
+all: build
+
+build:
+	cmake -S . -B $(BUILD) -DCMAKE_BUILD_TYPE=Release
+	cmake --build $(BUILD) -j$(JOBS)
+
+build-asan:
+	cmake -S . -B $(ASAN) -DCMAKE_BUILD_TYPE=RelWithDebInfo -DSANITIZE=ON
+	cmake --build $(ASAN) -j$(JOBS)
+
+run: build
+	mkdir -p $(EXAMPLE)
+	cp examples/picnic.names examples/picnic.data $(EXAMPLE)/
+	cd $(EXAMPLE) && ../rule -f picnic -s 0.1 -c 0.8
+	@echo
+	@echo "The rules are in $(EXAMPLE)/picnicrule.csv; its first lines:"
+	@head -n 6 $(EXAMPLE)/picnicrule.csv
+
+test: build build-asan
+	cd $(BUILD) && ctest -j$(JOBS) --output-on-failure
+	cd $(ASAN) && ctest -j$(JOBS) --output-on-failure
+
+bench: build
+	bench/run.sh
+
+install: build
+	cmake --install $(BUILD)
+
+clean:
+	rm -rf $(BUILD) $(ASAN)
