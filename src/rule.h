@@ -67,7 +67,6 @@ int GuardedRun(F body) {
     return e.Status;
   } catch (const std::bad_alloc&) {
     ErrorOut(1);
-    EndRunThrows = false;
     return 0;
   }
 }
