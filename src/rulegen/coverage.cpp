@@ -57,10 +57,14 @@ bool Examine(const TreeNode* z, CaseMarks& marks) {
 
 }  // namespace
 
-int CountEntry(TreeNode* root, const int* row) {
+namespace {
+
+// One case through the tree; the reached list is the caller's, reused
+// between cases. Nodes without sons extend nothing, so they are examined but
+// never searched again.
+int Walk(TreeNode* root, const int* row, std::vector<TreeNode*>& reached) {
   if (!root) return 0;
-  std::vector<TreeNode*> reached;
-  reached.reserve(10);
+  reached.clear();
   root->Cursor = 0;
   CaseMarks marks;
   for (int c = 0; c < RealAtt; ++c) {
@@ -71,8 +75,8 @@ int CountEntry(TreeNode* root, const int* row) {
       TreeNode* z = root->Son[s];
       root->Cursor = s + 1;
       z->Cursor = 0;
-      if (Examine(z, marks)) return 1;
-      reached.push_back(z);
+      if (z->Token > 0 && Examine(z, marks)) return 1;
+      if (z->NumOfSon > 0) reached.push_back(z);
     }
     for (size_t e = 0; e < before; ++e) {
       TreeNode* p = reached[e];
@@ -81,17 +85,27 @@ int CountEntry(TreeNode* root, const int* row) {
       TreeNode* son = p->Son[t];
       p->Cursor = t + 1;
       son->Cursor = 0;
-      if (Examine(son, marks)) return 1;
-      reached.push_back(son);
+      if (son->Token > 0 && Examine(son, marks)) return 1;
+      if (son->NumOfSon > 0) reached.push_back(son);
     }
   }
   return 0;
 }
 
+}  // namespace
+
+int CountEntry(TreeNode* root, const int* row) {
+  std::vector<TreeNode*> reached;
+  reached.reserve(10);
+  return Walk(root, row, reached);
+}
+
 int CoverageCount(TreeNode* root, int* const* rows, int n) {
   ToughCov = 0;
   LooseCov = 0;
-  for (int r = 0; r < n; ++r) CountEntry(root, rows[r]);
+  std::vector<TreeNode*> reached;
+  reached.reserve(10);
+  for (int r = 0; r < n; ++r) Walk(root, rows[r], reached);
   return 1;
 }
 
