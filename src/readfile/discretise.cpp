@@ -119,8 +119,8 @@ void MergePasses(std::vector<ContValue>& intervals, double width, int minSup) {
     queue.pop();
     ContValue& b = *a.Next;
     a.High = b.High;
-    a.Mean = static_cast<float>((static_cast<double>(a.Count) * a.Mean + static_cast<double>(b.Count) * b.Mean) /
-                                (a.Count + b.Count));
+    const double sum = static_cast<double>(a.Count) * a.Mean + static_cast<double>(b.Count) * b.Mean;
+    a.Mean = static_cast<float>(sum / (a.Count + b.Count));
     a.Count += b.Count;
     a.Next = b.Next;
     if (b.Next) b.Next->Prev = &a;

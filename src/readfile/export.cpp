@@ -279,7 +279,8 @@ int RunDiscretise(int argc, char** argv) {
     std::printf("%s: %d interval%s\n", AttName[cut.Declared].c_str(), static_cast<int>(names.size()),
                 names.size() == 1 ? "" : "s");
     for (size_t j = 0; j < names.size(); ++j) {
-      std::printf("\t%s\t%d cases\n", names[j].c_str(), cut.Intervals[j].Count);
+      const int cases = cut.Intervals[j].Count;
+      std::printf("\t%s\t%d case%s\n", names[j].c_str(), cases, cases == 1 ? "" : "s");
     }
   }
 
