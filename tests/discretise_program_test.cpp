@@ -2,6 +2,8 @@
 // pair with rule, names that must read back unchanged, and its refusals.
 #include <gtest/gtest.h>
 
+#include <sstream>
+
 #include "readfile.h"
 #include "rule.h"
 #include "test_support.h"
@@ -118,9 +120,9 @@ TEST(DiscretiseProgram, IrisIntervalsCoverEveryCase) {
   ProgramRun run = fx.Discretise("-f in -s 0.05 -o out");
   ASSERT_EQ(run.status, 0) << run.output;
   int cases = 0;
-  const std::string& out = run.output;
-  for (size_t at = out.find(" case"); at != std::string::npos; at = out.find(" case", at + 1))
-    cases += std::stoi(out.substr(out.rfind('\t', at) + 1));
+  std::istringstream lines(run.output);
+  for (std::string line; std::getline(lines, line);)  // "\tLOW..HIGH\tN cases"
+    if (line[0] == '\t') cases += std::stoi(line.substr(line.rfind('\t') + 1));
   EXPECT_EQ(cases, 4 * 150);
   ProgramRun mined = RunProgram("rule", "-f out -s 0.05 -c 0.8", fx.dir.path());
   EXPECT_EQ(mined.status, 0);
