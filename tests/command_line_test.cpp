@@ -5,8 +5,10 @@
 
 #include <sys/stat.h>
 
+#include <cctype>
 #include <string>
 
+#include "synthetic_data.h"
 #include "test_support.h"
 
 namespace {
@@ -167,6 +169,46 @@ TEST_F(CommandLine, RuleFileNameIsTheStemFollowedByRuleCsv) {
   EXPECT_EQ(run.status, 0);
   EXPECT_TRUE(FileExists(dir_ / "sub/urule.csv"));
   EXPECT_FALSE(FileExists(dir_ / "urule.csv"));
+}
+
+TEST_F(CommandLine, BannerShowsTheStartTime) {
+  // Five tabs, a blank, the date as "Www Mmm dd hh:mm:ss yyyy", a line end
+  // and one more blank before the first option line.
+  ProgramRun run = Run("-f t");
+  const std::string shape = "\t\t\t\t\t AAA AAA #9 99:99:99 9999\n \tFile Name: t\n";
+  ASSERT_GE(run.output.size(), shape.size());
+  for (size_t i = 0; i < shape.size(); ++i) {
+    const char c = run.output[i];
+    switch (shape[i]) {
+      case 'A': EXPECT_TRUE(std::isalpha(static_cast<unsigned char>(c))) << i << run.output; break;
+      case '9': EXPECT_TRUE(std::isdigit(static_cast<unsigned char>(c))) << i << run.output; break;
+      case '#': EXPECT_TRUE(c == ' ' || std::isdigit(static_cast<unsigned char>(c))) << i << run.output; break;
+      default: EXPECT_EQ(c, shape[i]) << i << run.output;
+    }
+  }
+}
+
+TEST_F(CommandLine, UnwritableRuleFile) {
+  ASSERT_EQ(mkdir((dir_ / "trule.csv").c_str(), 0700), 0);
+  ProgramRun run = Run("-f t");
+  EXPECT_EQ(run.status, 1);
+  const std::string last = "\n the running time is T \nCan not Open File\n";
+  const std::string masked = MaskRun(run.output);
+  ASSERT_GE(masked.size(), last.size());
+  EXPECT_EQ(masked.substr(masked.size() - last.size()), last);
+}
+
+TEST_F(CommandLine, MaxLayerStopsALoopThatCouldGoOn) {
+  // A generated set with dependencies reaches layer 4 at a low support.
+  const testing_support::SyntheticSet set = testing_support::MakeSyntheticSet(3, 200);
+  WriteFile(dir_ / "g.names", set.names);
+  WriteFile(dir_ / "g.data", set.data);
+  ProgramRun four = RunProgram("rule", "-f g -s 0.01 -c 0.6 -l 4", dir_.path());
+  ASSERT_NE(four.output.find("\n Report of 4 layers \n"), std::string::npos) << four.output;
+  ProgramRun three = RunProgram("rule", "-f g -s 0.01 -c 0.6 -l 3", dir_.path());
+  EXPECT_NE(three.output.find("\n Report of 3 layers \n"), std::string::npos);
+  EXPECT_EQ(three.output.find("\n Report of 4 layers \n"), std::string::npos);
+  EXPECT_EQ(three.status, 0);
 }
 
 TEST_F(CommandLine, CompleteRuleSetWritesNoRuleFile) {
