@@ -28,6 +28,9 @@ namespace readfile_detail {
 // Value entries live in a pool so that chains of any length are released
 // without recursion; AttCode and Next only point into it.
 std::deque<AttCodeEntry> AttCodePool;
+// Per declared attribute: the last entry of its chain, where the next
+// declared value is linked.
+std::vector<AttCodeEntry*> AttCodeTail;
 // Per declared attribute: value name -> code of its first declaration.
 std::vector<std::unordered_map<std::string, int>> AttLookup;
 // Storage of the rows: blocks of consecutive rows that RawDataSpace and
@@ -46,13 +49,13 @@ void GrowItemTables() {
 void AddItem(int declared, int real, const std::string& value) {
   ++MaxItem;
   AttCodeEntry* entry = AddAttCode(value, MaxItem);
+  if (AttCodeTail.size() <= static_cast<size_t>(declared)) AttCodeTail.resize(declared + 1, nullptr);
   if (!AttCode[declared]) {
     AttCode[declared] = entry;
   } else {
-    AttCodeEntry* last = AttCode[declared];
-    while (last->Next) last = last->Next;
-    last->Next = entry;
+    AttCodeTail[declared]->Next = entry;
   }
+  AttCodeTail[declared] = entry;
   if (AttLookup.size() <= static_cast<size_t>(declared)) AttLookup.resize(declared + 1);
   AttLookup[declared].emplace(value, MaxItem);  // the first declaration wins
   AttValue[real].push_back(MaxItem);
@@ -159,6 +162,7 @@ void ResetReadfile() {
   SpecialStatus.clear();
   AttCode.clear();
   AttCodePool.clear();
+  AttCodeTail.clear();
   AttLookup.clear();
   ItemRecord.clear();
   Attribute.clear();
