@@ -46,9 +46,10 @@ bool EndsInLoneBackslash(const std::string& name) {
 
 // Writes a name so that the tokenizer reads it back as it is; a blank after
 // a lone final backslash is taken into the escape and then dropped as a
-// trailing blank.
+// trailing blank. Every byte is written, NUL bytes included: the tokenizer
+// keeps them as ordinary characters.
 void WriteName(std::FILE* f, const std::string& name) {
-  std::fputs(name.c_str(), f);
+  std::fwrite(name.data(), 1, name.size(), f);
   if (EndsInLoneBackslash(name)) std::fputc(' ', f);
 }
 
