@@ -29,7 +29,8 @@ const char kMiningOptions[] =
     "  -l LAYERS      largest itemset mined, antecedent and class together (default 4)\n"
     "  -r 1|2         keep only rules some case needs: 1 the first right rule of each\n"
     "                 case, 2 also rules that narrow the shared attributes (default: keep all)\n"
-    "  -d             drop the rules the ordering leaves over\n";
+    "  -d             trim the rules the ordering leaves over: those with LAYERS\n"
+    "                 antecedent items or more go\n";
 
 const char kTrainUsage[] =
     "Usage: rule-classify train -f STEM [-s SUPPORT] [-c CONFIDENCE] [-l LAYERS] [-r 1|2] [-d] -o RULEFILE\n"
