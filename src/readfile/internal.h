@@ -3,7 +3,6 @@
 
 #include <memory>
 #include <string>
-#include <unordered_map>
 #include <vector>
 
 namespace readfile_detail {
@@ -11,7 +10,27 @@ namespace readfile_detail {
 // Rows are stored in blocks of this many consecutive rows.
 constexpr size_t kRowsPerBlock = 4096;
 
-extern std::vector<std::unordered_map<std::string, int>> AttLookup;
+// Value name -> item code of one attribute: open addressing over FNV-1a
+// hashes; the first declaration of a name wins.
+class ValueTable {
+ public:
+  void Insert(const std::string& name, int code);
+  // The code of the name, or 0 when the attribute does not declare it.
+  int Find(const std::string& name) const;
+
+ private:
+  struct Entry {
+    std::string name;
+    int code;
+    unsigned hash;
+  };
+  static unsigned Hash(const std::string& name);
+  void Grow();
+  std::vector<unsigned> slots_;  // entry index + 1; 0 marks a free slot
+  std::vector<Entry> entries_;
+};
+
+extern std::vector<ValueTable> AttLookup;
 extern std::vector<std::unique_ptr<float[]>> RawBlocks;
 
 // Grows ItemRecord and Attribute by 50 entries when the item code just

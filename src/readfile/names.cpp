@@ -23,6 +23,16 @@ void SkipLine(std::FILE* f) {
 
 bool IsBlank(int c) { return c == ' ' || c == '\t' || c == '\n'; }
 
+// The characters that end a name or need a look at the next one; every other
+// character is stored as it comes.
+struct SpecialCharacters {
+  bool table[256] = {};
+  constexpr SpecialCharacters() {
+    for (unsigned char c : {',', ':', '\n', '|', '.', '\\', ' '}) table[c] = true;
+  }
+};
+constexpr SpecialCharacters kSpecial;
+
 }  // namespace
 
 namespace readfile_detail {
@@ -47,6 +57,10 @@ int ReadName(std::FILE* f, std::string& name) {
 
   name.clear();
   for (;; c = getc_unlocked(f)) {
+    if (c != EOF && !kSpecial.table[c]) {
+      name.push_back(static_cast<char>(c));
+      continue;
+    }
     if (c == EOF) {
       Delimiter = kEndOfFile;
       break;

@@ -32,7 +32,44 @@ std::deque<AttCodeEntry> AttCodePool;
 // declared value is linked.
 std::vector<AttCodeEntry*> AttCodeTail;
 // Per declared attribute: value name -> code of its first declaration.
-std::vector<std::unordered_map<std::string, int>> AttLookup;
+std::vector<ValueTable> AttLookup;
+
+unsigned ValueTable::Hash(const std::string& name) {
+  unsigned h = 2166136261u;
+  for (unsigned char c : name) h = (h ^ c) * 16777619u;
+  return h;
+}
+
+void ValueTable::Grow() {
+  size_t size = slots_.empty() ? 16 : slots_.size() * 2;
+  slots_.assign(size, 0);
+  for (size_t e = 0; e < entries_.size(); ++e) {
+    size_t at = entries_[e].hash & (size - 1);
+    while (slots_[at]) at = (at + 1) & (size - 1);
+    slots_[at] = static_cast<unsigned>(e + 1);
+  }
+}
+
+void ValueTable::Insert(const std::string& name, int code) {
+  if (Find(name) != 0) return;  // the first declaration wins
+  if ((entries_.size() + 1) * 2 > slots_.size()) Grow();
+  const unsigned hash = Hash(name);
+  entries_.push_back({name, code, hash});
+  size_t at = hash & (slots_.size() - 1);
+  while (slots_[at]) at = (at + 1) & (slots_.size() - 1);
+  slots_[at] = static_cast<unsigned>(entries_.size());
+}
+
+int ValueTable::Find(const std::string& name) const {
+  if (slots_.empty()) return 0;
+  const unsigned hash = Hash(name);
+  const size_t mask = slots_.size() - 1;
+  for (size_t at = hash & mask; slots_[at]; at = (at + 1) & mask) {
+    const Entry& e = entries_[slots_[at] - 1];
+    if (e.hash == hash && e.name == name) return e.code;
+  }
+  return 0;
+}
 // Storage of the rows: blocks of consecutive rows that RawDataSpace and
 // DataSpace point into.
 std::vector<std::unique_ptr<float[]>> RawBlocks;
@@ -57,7 +94,7 @@ void AddItem(int declared, int real, const std::string& value) {
   }
   AttCodeTail[declared] = entry;
   if (AttLookup.size() <= static_cast<size_t>(declared)) AttLookup.resize(declared + 1);
-  AttLookup[declared].emplace(value, MaxItem);  // the first declaration wins
+  AttLookup[declared].Insert(value, MaxItem);
   AttValue[real].push_back(MaxItem);
   ++MaxAttVal[real];
   Attribute[MaxItem] = real;
@@ -109,9 +146,7 @@ std::string CopyString(const std::string& s) { return s; }
 int GetAttCode(const std::string& value, int attIndex) {
   if (attIndex < 0 || static_cast<size_t>(attIndex) >= AttCode.size()) return 0;
   if (static_cast<size_t>(attIndex) < AttLookup.size()) {
-    const auto& table = AttLookup[attIndex];
-    auto found = table.find(value);
-    return found == table.end() ? 0 : found->second;
+    return AttLookup[attIndex].Find(value);
   }
   for (AttCodeEntry* e = AttCode[attIndex]; e; e = e->Next)
     if (e->Name == value) return e->Code;
