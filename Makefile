@@ -2,12 +2,16 @@
 # make test  builds, then runs every test: the normal build and the
 #            AddressSanitizer + UndefinedBehaviorSanitizer build
 # make bench runs the benchmarks (Release build)
+# make fuzz  builds the fuzz targets with clang and fuzzes each for
+#            FUZZ_SECONDS seconds (default 600; FUZZ_JOBS targets at a time)
 JOBS    ?= $(shell nproc 2>/dev/null || echo 2)
 BUILD   ?= build
 ASAN    ?= build-asan
 EXAMPLE ?= $(BUILD)/example
+FUZZ_SECONDS ?= 600
+FUZZ_JOBS    ?= 1
 
-.PHONY: all build build-asan run test bench install clean
+.PHONY: all build build-asan run test bench install clean fuzz
 
 all: build
 
@@ -33,6 +37,9 @@ test: build build-asan
 
 bench: build
 	bench/run.sh
+
+fuzz:
+	FUZZ_SECONDS=$(FUZZ_SECONDS) FUZZ_JOBS=$(FUZZ_JOBS) fuzz/run.sh
 
 install: build
 	cmake --install $(BUILD)
