@@ -5,6 +5,7 @@
 #include <getopt.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <cfloat>
 #include <climits>
 #include <cmath>
@@ -91,6 +92,13 @@ void* XRealloc(void* old, std::size_t bytes) {
   void* p = std::realloc(old, bytes ? bytes : 1);
   if (!p) OutOfMemory();
   return p;
+}
+
+std::FILE* XFopen(const std::string& path, const char* mode) {
+  errno = 0;
+  std::FILE* f = std::fopen(path.c_str(), mode);
+  if (!f && errno == ENOMEM) OutOfMemory();
+  return f;
 }
 
 void ResetRun() {

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdio>
 #include <new>
 #include <string>
 
@@ -50,6 +51,11 @@ extern bool EndRunThrows;
 void* XMalloc(std::size_t bytes);
 void* XCalloc(std::size_t count, std::size_t size);
 void* XRealloc(void* old, std::size_t bytes);
+
+// Opens a file as fopen does. An open that fails for want of memory ends the
+// run as any failed allocation does; any other failure gives null for the
+// caller to report.
+std::FILE* XFopen(const std::string& path, const char* mode);
 
 template <class T>
 T* XAllocArray(std::size_t count) {

@@ -30,7 +30,7 @@ float ContinuousValue(const std::string& field) {
 int ReadData(const std::string& extension) {
   using namespace readfile_detail;
   const std::string fileName = FileName + extension;
-  std::FILE* f = std::fopen(fileName.c_str(), "r");
+  std::FILE* f = XFopen(fileName, "r");
   if (!f) Error(0, fileName, "");
   FileCloser closer{f};
 

@@ -67,7 +67,7 @@ std::string UnknownSpelling(int declared) {
 
 bool WriteNamesFile(const std::string& path, const std::vector<const CutAttribute*>& cutOf,
                     const std::vector<std::vector<std::string>>& spellings) {
-  std::FILE* f = std::fopen(path.c_str(), "w");
+  std::FILE* f = XFopen(path, "w");
   if (!f) return false;
   FileCloser closer{f};
   std::fputs("| Continuous attributes cut into intervals LOW..HIGH by rule-discretise.\n\n", f);
@@ -106,7 +106,7 @@ bool WriteNamesFile(const std::string& path, const std::vector<const CutAttribut
 
 bool WriteDataFile(const std::string& path, const std::vector<const CutAttribute*>& cutOf,
                    const std::vector<std::vector<std::string>>& spellings) {
-  std::FILE* f = std::fopen(path.c_str(), "w");
+  std::FILE* f = XFopen(path, "w");
   if (!f) return false;
   FileCloser closer{f};
   std::vector<std::string> unknown(MaxAtt);

@@ -173,7 +173,7 @@ void DropRealAttribute() {
 int GetNames(bool acceptContinuous) {
   using namespace readfile_detail;
   const std::string fileName = FileName + ".names";
-  std::FILE* f = std::fopen(fileName.c_str(), "r");
+  std::FILE* f = XFopen(fileName, "r");
   if (!f) Error(0, fileName, "");
   FileCloser closer{f};
 

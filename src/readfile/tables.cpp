@@ -106,7 +106,9 @@ float* NewRawRow(int index) {
   const size_t width = static_cast<size_t>(RealAtt) + 2;
   const size_t slot = static_cast<size_t>(index) % kRowsPerBlock;
   if (slot == 0) {
-    RawBlocks.emplace_back(new float[width * kRowsPerBlock]());
+    // Owned before the list grows, so that a failed growth frees it.
+    std::unique_ptr<float[]> block(new float[width * kRowsPerBlock]());
+    RawBlocks.push_back(std::move(block));
   }
   float* row = RawBlocks.back().get() + slot * width;
   if (RawDataSpace.size() <= static_cast<size_t>(index)) RawDataSpace.resize(index + 1);
@@ -167,7 +169,8 @@ int ConvertDataSpace() {
     const size_t slot = static_cast<size_t>(i) % kRowsPerBlock;
     if (slot == 0) {
       size_t rows = std::min<size_t>(kRowsPerBlock, static_cast<size_t>(MaxData - i));
-      DataBlocks.emplace_back(new short[width * rows]());
+      std::unique_ptr<short[]> block(new short[width * rows]());
+      DataBlocks.push_back(std::move(block));
       // The raw block before this one is coded: release it.
       size_t done = static_cast<size_t>(i) / kRowsPerBlock;
       if (done > 0) RawBlocks[done - 1].reset();

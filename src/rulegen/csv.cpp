@@ -50,7 +50,7 @@ float ChisquareTest(int a, int b, int c, int d) {
 }
 
 int Write2CSVfile(const std::string& fileName, float support) {
-  std::FILE* f = std::fopen(fileName.c_str(), "w");
+  std::FILE* f = XFopen(fileName, "w");
   if (!f) {
     ErrorOut(0);
     return -1;

@@ -90,9 +90,23 @@ RuleRecord* RuleAt(int position) {
 
 int OrderRuleAndSetDefault() {
   const int rules = RuleSet->NumOfRules;
-  CoverageTable table = static_cast<CoverageTable>(XCalloc(static_cast<size_t>(rules) + 1, sizeof(int*)));
+  // The table and the choice record are released however the ordering ends,
+  // also when a working list below cannot grow.
+  struct Owner {
+    CoverageTable table = nullptr;
+    int rows = 0;
+    RuleChoice* choice = nullptr;
+    ~Owner() {
+      std::free(choice);
+      for (int k = 0; table && k < rows; ++k) std::free(table[k]);
+      std::free(table);
+    }
+  } owner;
+  CoverageTable table = owner.table =
+      static_cast<CoverageTable>(XCalloc(static_cast<size_t>(rules) + 1, sizeof(int*)));
+  owner.rows = rules;
   for (int k = 0; k < rules; ++k) table[k] = XAllocArray<int>(static_cast<size_t>(MaxData) + 3);
-  RuleChoice* choice = static_cast<RuleChoice*>(XCalloc(1, sizeof(RuleChoice)));
+  RuleChoice* choice = owner.choice = static_cast<RuleChoice*>(XCalloc(1, sizeof(RuleChoice)));
 
   std::vector<int> classCounts(static_cast<size_t>(MaxClass > 0 ? MaxClass : 1), 0);
   for (int c = 0; c < MaxClass; ++c) {
@@ -133,10 +147,6 @@ int OrderRuleAndSetDefault() {
 
   if (Discard && p != RuleSet->NumOfRules) DiscardRestRule(p);
   RuleSet->DefaultClass = CurrentDefault(classCounts.data());
-
-  std::free(choice);
-  for (int k = 0; k < rules; ++k) std::free(table[k]);
-  std::free(table);
   return 1;
 }
 

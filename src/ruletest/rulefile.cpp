@@ -11,7 +11,7 @@
 #include "ruletest.h"
 
 int WriteRule(const std::string& fileName, float conf, float support) {
-  std::FILE* f = std::fopen(fileName.c_str(), "w");
+  std::FILE* f = XFopen(fileName, "w");
   if (!f) {
     ErrorOut(0);
     return kRuleFileUnopenable;
@@ -100,7 +100,7 @@ int ParseFailure(const std::string& fileName, const std::string& expected) {
 
 int ReadRule(const std::string& fileName) {
   if (!RuleSet) InitRuleSet();
-  std::FILE* f = std::fopen(fileName.c_str(), "r");
+  std::FILE* f = XFopen(fileName, "r");
   if (!f) {
     ErrorOut(0);
     return kRuleFileUnopenable;
