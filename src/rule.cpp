@@ -3,6 +3,7 @@
 #include "rule.h"
 
 #include <getopt.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -98,6 +99,14 @@ std::FILE* XFopen(const std::string& path, const char* mode) {
   errno = 0;
   std::FILE* f = std::fopen(path.c_str(), mode);
   if (!f && errno == ENOMEM) OutOfMemory();
+  // A folder opens for reading but reads as an empty file: it is no input
+  // file, and taking it for one would read no classes or no cases.
+  struct stat status;
+  if (f && fstat(fileno(f), &status) == 0 && S_ISDIR(status.st_mode)) {
+    std::fclose(f);
+    errno = EISDIR;
+    return nullptr;
+  }
   return f;
 }
 
