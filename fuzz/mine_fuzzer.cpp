@@ -1,5 +1,5 @@
 // Fuzzes a whole run of the miner on a fuzzed names/data pair with fuzzed
-// option values. The input is five lines holding the arguments of -s, -c,
+// option values, followed by the analyses of rule-analyse. The input is five lines holding the arguments of -s, -c,
 // -l, -a and -x (an empty line for -a or -x leaves that option out), then
 // the names file, a line "%%", and the data file.
 #include <cstddef>
@@ -20,7 +20,7 @@ constexpr long kMaxLayer = 5;
 // A small support lets the candidate tree grow combinatorially (as designed,
 // up to its 10,000,000-node limit); inputs whose tree could exceed this many
 // nodes teach the fuzzer nothing new and only slow it down.
-constexpr double kMaxNodes = 20000;
+constexpr double kMaxNodes = 5000;
 
 std::string NextLine(const std::string& text, size_t& at) {
   if (at >= text.size()) return "";
@@ -105,7 +105,16 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   argv.push_back(nullptr);
 
   int status = 0;
-  const int ended = fuzz_support::OneRun([&] { status = RunMiner(static_cast<int>(args.size()), argv.data()); });
+  const int ended = fuzz_support::OneRun([&] {
+    status = RunMiner(static_cast<int>(args.size()), argv.data());
+    // The analyses rule-analyse makes of a rule set mined in the default mode.
+    if (status == 0 && ass.empty()) {
+      SortRuleSet();
+      CountDerivableRule();
+      CoverageOfData(AllSet);
+      FUZZ_CHECK(LooseCov >= 0 && LooseCov <= MaxData && ToughCov >= 0 && ToughCov <= MaxData);
+    }
+  });
   if (ended != -1) status = ended;
   // Every way a run ends has status 0 or 1.
   FUZZ_CHECK(status == 0 || status == 1);
