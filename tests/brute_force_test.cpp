@@ -4,7 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <string>
+#include <tuple>
 #include <vector>
 
 #include "miner_fixture.h"
@@ -14,88 +14,63 @@ namespace {
 
 using testing_support::Capture;
 using testing_support::ItemsOf;
-using testing_support::MinerTest;
+using Ints = std::vector<int>;
 
 // Number of cases holding every item of the list.
-int DirectCount(const std::vector<int>& items) {
+int DirectCount(const Ints& items) {
   int count = 0;
-  for (int r = 0; r < MaxData; ++r) {
-    const short* row = DataSpace[r];
-    bool all = true;
-    for (int item : items) {
-      bool found = false;
-      for (int c = 0; c < RealAtt && !found; ++c) found = row[c] == item;
-      all = all && found;
-    }
-    count += all;
-  }
+  for (int r = 0; r < MaxData; ++r)
+    count += std::all_of(items.begin(), items.end(), [r](int item) {
+      return std::find(DataSpace[r], DataSpace[r] + RealAtt, item) != DataSpace[r] + RealAtt;
+    });
   return count;
 }
 
-std::vector<int> Without(const std::vector<int>& items, size_t position) {
-  std::vector<int> rest = items;
-  rest.erase(rest.begin() + static_cast<long>(position));
-  return rest;
-}
-
-class BruteForce : public MinerTest, public ::testing::WithParamInterface<std::tuple<int, int, bool>> {
+class BruteForce : public testing_support::MinerTest, public ::testing::WithParamInterface<std::tuple<int, int, bool>> {
  protected:
-  // Checks every node of the tree; returns the number of nodes of the layer.
-  int CheckTree(int layer, bool selected) {
-    int nodes = 0;
-    int inLayer = 0;
-    Walk(AllSet, layer, selected, nodes, inLayer);
-    EXPECT_EQ(nodes, TreeSize) << "the node count";
-    return inLayer;
-  }
+  // Checks every node under node; counts the nodes, and those of the layer.
   void Walk(const TreeNode* node, int layer, bool selected, int& nodes, int& inLayer) {
     for (int s = 0; s < node->NumOfSon; ++s) {
       const TreeNode* son = node->Son[s];
       ASSERT_NE(son, nullptr) << "a hole among the first sons";
-      ++nodes;
-      const std::vector<int> items = ItemsOf(son);
-      ASSERT_EQ(son->Length, node->Length + 1);
-      ASSERT_EQ(son->Parent, node);
-      if (s > 0) {
-        ASSERT_LT(node->Son[s - 1]->Item, son->Item) << "sons ascend";
-      }
+      const Ints items = ItemsOf(son);
+      ASSERT_TRUE(son->Parent == node && son->Length == node->Length + 1);
+      ASSERT_TRUE(s == 0 || node->Son[s - 1]->Item < son->Item) << "sons ascend";
       ASSERT_TRUE(std::is_sorted(items.begin(), items.end()));
       EXPECT_EQ(son->Support, DirectCount(items)) << ::testing::PrintToString(items);
-      if (son->Length == layer) ++inLayer;
-      if (selected && son->Length == layer) {
-        EXPECT_GE(son->Support, GMinSup);
+      ++nodes;
+      inLayer += son->Length == layer;
+      EXPECT_TRUE(!selected || son->Length != layer || son->Support >= GMinSup) << "frequent after selection";
+      int live = 0;
+      for (size_t i = 0; son->Length >= 2 && i < items.size(); ++i) {
+        Ints rest = items;
+        rest.erase(rest.begin() + static_cast<long>(i));
+        EXPECT_EQ(son->SubSupport[i], DirectCount(rest)) << ::testing::PrintToString(items) << " without " << i;
+        ASSERT_NE(son->SubNode[i], nullptr);
+        EXPECT_EQ(ItemsOf(son->SubNode[i]), rest);
+        live += son->TargetFlag[i] != 0;
       }
-      if (son->Length >= 2) {
-        int live = 0;
-        for (size_t i = 0; i < items.size(); ++i) {
-          const std::vector<int> rest = Without(items, i);
-          EXPECT_EQ(son->SubSupport[i], DirectCount(rest)) << ::testing::PrintToString(items) << " without " << i;
-          ASSERT_NE(son->SubNode[i], nullptr);
-          EXPECT_EQ(ItemsOf(son->SubNode[i]), rest);
-          live += son->TargetFlag[i] != 0;
-        }
-        EXPECT_EQ(son->NumOfTarget, live);
-      }
+      EXPECT_EQ(son->NumOfTarget, son->Length >= 2 ? live : 1);
       Walk(son, layer, selected, nodes, inLayer);
     }
   }
-  void CheckRules() {
-    for (const RuleRecord* r = RuleSet->First; r; r = r->Next) {
-      std::vector<int> antecedent = testing_support::AntecedentOf(r);
-      std::vector<int> all = antecedent;
+  // Checks the tree and the rules; returns the number of nodes of the layer.
+  int Check(int layer, bool selected) {
+    int nodes = 0, inLayer = 0;
+    Walk(AllSet, layer, selected, nodes, inLayer);
+    EXPECT_EQ(nodes, TreeSize) << "the node count";
+    for (const RuleRecord* r = RuleSet->First; selected && r; r = r->Next) {
+      Ints all = testing_support::AntecedentOf(r);
+      EXPECT_EQ(r->AntSupp, DirectCount(all));
       all.push_back(r->Target);
-      std::sort(all.begin(), all.end());
       EXPECT_EQ(r->Supp, DirectCount(all));
-      EXPECT_EQ(r->AntSupp, DirectCount(antecedent));
       EXPECT_EQ(r->TargetSupp, DirectCount({r->Target}));
       EXPECT_FLOAT_EQ(r->Conf, static_cast<float>(static_cast<double>(r->Supp) / r->AntSupp));
       EXPECT_GE(r->Supp, GMinSup);
-      if (Ass) {
-        EXPECT_GE(static_cast<double>(r->Supp) / r->AntSupp, MinConf);
-      } else if (r->Len <= 1) {
-        EXPECT_EQ(r->Supp, r->AntSupp) << "only perfect one-item rules";
-      }
+      EXPECT_TRUE(Ass ? static_cast<double>(r->Supp) / r->AntSupp >= MinConf : r->Len > 1 || r->Supp == r->AntSupp)
+          << "confident rules; without -a, only perfect one-item rules";
     }
+    return inLayer;
   }
 };
 
@@ -104,24 +79,14 @@ TEST_P(BruteForce, EveryCountMatchesTheData) {
   const testing_support::SyntheticSet set = testing_support::MakeSyntheticSet(seed, 60 + seed * 7);
   Load(set.names, set.data);
   ASSERT_EQ(MaxData, set.cases);
-  GMinSup = minSup;
   MinConf = 0.6f;
   Ass = complete ? 1 : 0;
-  const int maxLayer = 5;
-
-  Capture([] {
-    AllSet = static_cast<TreeNode*>(XCalloc(1, sizeof(TreeNode)));
-    InitialCount();
-    Counting();
-    InitRuleSet();
-    InitWholeTree(AllSet);
-  });
-  CheckTree(2, false);
+  BuildFirstLayers(minSup);
+  Check(2, false);
   Capture([] { RuleSelectANdPruning(AllSet, 2); });
-  CheckTree(2, true);
-  CheckRules();
+  Check(2, true);
   int layers = 2;
-  for (int layer = 3; layer <= maxLayer; ++layer) {
+  for (int layer = 3; layer <= 5 && !HasFailure(); ++layer) {
     int made = 0;
     Capture([&made, layer] { made = CandidateGen(AllSet, layer); });
     if (made == 0) break;
@@ -131,12 +96,10 @@ TEST_P(BruteForce, EveryCountMatchesTheData) {
     } else {
       Verification(AllSet, layer);
     }
-    EXPECT_GT(CheckTree(layer, false), 0) << "layer " << layer;
+    EXPECT_GT(Check(layer, false), 0) << "layer " << layer;
     Capture([layer] { RuleSelectANdPruning(AllSet, layer); });
-    CheckTree(layer, true);
-    CheckRules();
+    Check(layer, true);
     layers = layer;
-    if (HasFailure()) break;
   }
   EXPECT_GE(layers, 3) << "the generated sets are meant to reach layer 3";
   EXPECT_GT(RuleSet->NumOfRules, 0);

@@ -1,6 +1,7 @@
 // In-process helpers for the tests that drive the readers and the mining
 // steps directly: a fresh run state per test, fixture files in a temporary
-// folder, hand-made data spaces, and the end of a run caught as a status.
+// folder, hand-made data spaces and rules, and the end of a run caught as a
+// status.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -41,43 +42,43 @@ Outcome Capture(F body) {
 // exception so that its message and status can be checked in-process.
 class MinerTest : public ::testing::Test {
  protected:
-  void SetUp() override {
-    ResetRun();
-    EndRunThrows = true;
-    FileName = dir_ / "set";
-  }
+  void SetUp() override { Fresh(); }
   void TearDown() override {
     EndRunThrows = false;
     ResetRun();
+  }
+  void Fresh() {
+    ResetRun();
+    EndRunThrows = true;
+    FileName = Stem();
   }
 
   std::string Stem() const { return dir_ / "set"; }
   void WriteNames(const std::string& text) { WriteFile(Stem() + ".names", text); }
   void WriteData(const std::string& text) { WriteFile(Stem() + ".data", text); }
-
-  // Reads the names file; fails the test if the run ends.
-  void LoadNames(const std::string& names) {
+  // Reads the names file and, unless data is null, the data file.
+  Outcome Read(const std::string& names, const char* data = nullptr) {
     WriteNames(names);
-    Outcome read = Capture([] { GetNames(); });
-    ASSERT_EQ(read.status, -1) << read.output;
-  }
-  // Reads both files; fails the test if the run ends.
-  void Load(const std::string& names, const std::string& data) {
-    WriteNames(names);
-    WriteData(data);
-    Outcome read = Capture([] {
+    if (data) WriteData(data);
+    return Capture([data] {
       GetNames();
-      GetData(".data");
+      if (data) GetData(".data");
     });
+  }
+  void Load(const std::string& names, const std::string& data) {
+    Outcome read = Read(names, data.c_str());
     ASSERT_EQ(read.status, -1) << read.output;
   }
 
   // Coded row i of the data space, RealAtt+1 columns.
-  static std::vector<int> Row(int i) {
-    return std::vector<int>(DataSpace[i], DataSpace[i] + RealAtt + 1);
+  static std::vector<int> Row(int i) { return std::vector<int>(DataSpace[i], DataSpace[i] + RealAtt + 1); }
+  static std::vector<std::vector<int>> Rows() {
+    std::vector<std::vector<int>> rows;
+    for (int i = 0; i < MaxData; ++i) rows.push_back(Row(i));
+    return rows;
   }
 
-  // Installs hand-made coded rows (RealAtt columns each; the closing 0 is
+  // Installs hand-made coded rows (realAtt columns each; the closing 0 is
   // added) as the data space, without any names file.
   void SetRows(int maxItem, int realAtt, const std::vector<std::vector<short>>& rows) {
     MaxItem = maxItem;
@@ -87,7 +88,6 @@ class MinerTest : public ::testing::Test {
     DataSpace.clear();
     for (auto& row : rows_) {
       row.resize(static_cast<size_t>(realAtt) + 1, 0);
-      row[realAtt] = 0;
       DataSpace.push_back(row.data());
     }
   }
@@ -108,42 +108,35 @@ class MinerTest : public ::testing::Test {
   std::vector<std::vector<short>> rows_;
 };
 
-// The son of node with the given item, or null.
-inline TreeNode* SonWith(const TreeNode* node, int item) {
-  if (!node) return nullptr;
-  for (int s = 0; s < node->NumOfSon; ++s)
-    if (node->Son[s] && node->Son[s]->Item == item) return node->Son[s];
-  return nullptr;
-}
-
 // The node of the itemset, walked down from AllSet, or null.
 inline TreeNode* NodeOf(const std::vector<int>& items) {
   TreeNode* node = AllSet;
   for (int item : items) {
-    node = SonWith(node, item);
-    if (!node) return nullptr;
+    TreeNode* son = nullptr;
+    for (int s = 0; node && s < node->NumOfSon; ++s)
+      if (node->Son[s] && node->Son[s]->Item == item) son = node->Son[s];
+    if (!(node = son)) return nullptr;
   }
   return node;
 }
 
-inline std::vector<int> FlagsOf(const TreeNode* node) {
-  std::vector<int> flags;
-  for (int i = 0; i < node->Length; ++i) flags.push_back(node->TargetFlag[i]);
-  return flags;
-}
+inline std::vector<int> FlagsOf(const TreeNode* n) { return {n->TargetFlag, n->TargetFlag + n->Length}; }
+inline std::vector<int> ItemsOf(const TreeNode* n) { return {n->ItemSet, n->ItemSet + n->Length}; }
+inline std::vector<int> AntecedentOf(const RuleRecord* r) { return {r->Antecedent, r->Antecedent + r->Len}; }
 
-inline std::vector<int> ItemsOf(const TreeNode* node) {
-  return std::vector<int>(node->ItemSet, node->ItemSet + node->Length);
-}
-
-inline std::vector<int> AntecedentOf(const RuleRecord* rule) {
-  return std::vector<int>(rule->Antecedent, rule->Antecedent + rule->Len);
-}
-
-inline std::vector<const RuleRecord*> Rules() {
-  std::vector<const RuleRecord*> rules;
-  for (const RuleRecord* r = RuleSet ? RuleSet->First : nullptr; r; r = r->Next) rules.push_back(r);
-  return rules;
+// Appends a rule to the rule set, made when missing.
+inline RuleRecord* AddRule(const std::vector<int>& antecedent, int target, int supp, float conf, int antSupp = 0,
+                           int targetSupp = 0) {
+  if (!RuleSet) InitRuleSet();
+  RuleRecord* rule = NewRule(static_cast<int>(antecedent.size()));
+  for (size_t i = 0; i < antecedent.size(); ++i) rule->Antecedent[i] = antecedent[i];
+  rule->Target = target;
+  rule->Supp = supp;
+  rule->Conf = rule->Score = conf;
+  rule->AntSupp = antSupp;
+  rule->TargetSupp = targetSupp;
+  AddRuleTail(RuleSet->Last, rule);
+  return rule;
 }
 
 }  // namespace testing_support

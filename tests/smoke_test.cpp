@@ -1,4 +1,5 @@
-// The minimum support count taken from the support fraction.
+// The minimum support count taken from the support fraction, and the
+// truncation of doubles to int.
 #include <gtest/gtest.h>
 
 #include <climits>
@@ -8,25 +9,16 @@
 
 namespace {
 
-TEST(MinimumSupport, RoundsTheProductToTheNearestCount) {
+TEST(MinimumSupport, RoundsTheProductToTheNearestCountTruncatingTowardZero) {
   EXPECT_EQ(ComputeMinSup(1000, 0.05f), 50);
   EXPECT_EQ(ComputeMinSup(1234, 0.1f), 123);
   EXPECT_EQ(ComputeMinSup(10, 0.35f), 4);
   EXPECT_EQ(ComputeMinSup(0, 0.5f), 0);
-}
-
-TEST(MinimumSupport, SmallFractionsAroundOneHalfCase) {
   EXPECT_EQ(ComputeMinSup(1000, 0.0004f), 0);  // 0.4 + 0.5 truncated
   EXPECT_EQ(ComputeMinSup(1000, 0.0005f), 1);  // the float product is a hair above 0.5
-}
-
-TEST(MinimumSupport, FractionsOutsideZeroToOne) {
-  EXPECT_EQ(ComputeMinSup(100, 0.0f), 0);
   EXPECT_EQ(ComputeMinSup(100, 2.0f), 200);
   EXPECT_EQ(ComputeMinSup(100, -0.1f), -9);  // -10 + 0.5 truncated toward zero
-}
-
-TEST(Truncation, TowardZeroAndOutOfRange) {
+  // Truncation toward zero, INT_MIN out of range.
   EXPECT_EQ(TruncateToInt(2.9), 2);
   EXPECT_EQ(TruncateToInt(-2.9), -2);
   EXPECT_EQ(TruncateToInt(2147483647.0), INT_MAX);

@@ -9,24 +9,6 @@
 
 namespace testing_support {
 
-// A tiny generator of its own, so that a seed gives the same data set with
-// every compiler and library.
-class SeededRandom {
- public:
-  explicit SeededRandom(uint64_t seed) : state_(seed * 0x9E3779B97F4A7C15ull + 1) {}
-  uint32_t Next() {
-    state_ ^= state_ << 13;
-    state_ ^= state_ >> 7;
-    state_ ^= state_ << 17;
-    return static_cast<uint32_t>(state_ >> 11);
-  }
-  int Below(int n) { return static_cast<int>(Next() % static_cast<uint32_t>(n)); }
-  bool Chance(int percent) { return Below(100) < percent; }
-
- private:
-  uint64_t state_;
-};
-
 struct SyntheticSet {
   std::string names;
   std::string data;
@@ -38,32 +20,36 @@ struct SyntheticSet {
 // and c1. Attribute 1 copies attribute 0 in most cases, and the class
 // follows attribute 0's first value in most cases; about 5% of the fields
 // are unknown, and now and then a value is one the names file never
-// declares.
+// declares. A generator of its own (xorshift) gives the same set with every
+// compiler and library.
 inline SyntheticSet MakeSyntheticSet(uint64_t seed, int cases) {
-  SeededRandom random(seed);
+  uint64_t state = seed * 0x9E3779B97F4A7C15ull + 1;
+  auto below = [&state](int n) {
+    state ^= state << 13;
+    state ^= state >> 7;
+    state ^= state << 17;
+    return static_cast<int>(static_cast<uint32_t>(state >> 11) % static_cast<uint32_t>(n));
+  };
+  auto chance = [&below](int percent) { return below(100) < percent; };
   SyntheticSet set;
   set.cases = cases;
-  set.attributes = 3 + random.Below(3);
+  set.attributes = 3 + below(3);
   std::vector<int> values(static_cast<size_t>(set.attributes));
   set.names = "| synthetic set, seed " + std::to_string(seed) + "\nc0, c1.\n";
   for (int a = 0; a < set.attributes; ++a) {
-    values[a] = 2 + random.Below(3);
+    values[a] = 2 + below(3);
     if (a == 1) values[a] = values[0];
     set.names += "a" + std::to_string(a) + ": ";
     for (int v = 0; v < values[a]; ++v) set.names += "v" + std::to_string(v) + (v + 1 < values[a] ? ", " : ".\n");
   }
   for (int c = 0; c < cases; ++c) {
     std::vector<int> row(static_cast<size_t>(set.attributes));
-    for (int a = 0; a < set.attributes; ++a) row[a] = random.Below(values[a]);
-    if (random.Chance(85)) row[1] = row[0];
-    const int cls = random.Chance(90) ? (row[0] == 0 ? 0 : 1) : random.Below(2);
-    for (int a = 0; a < set.attributes; ++a) {
-      if (random.Chance(5)) set.data += "?";
-      else if (random.Chance(1)) set.data += "other";
-      else set.data += "v" + std::to_string(row[a]);
-      set.data += ",";
-    }
-    set.data += (random.Chance(2) ? "?" : "c" + std::to_string(cls)) + "\n";
+    for (int a = 0; a < set.attributes; ++a) row[a] = below(values[a]);
+    if (chance(85)) row[1] = row[0];
+    const int cls = chance(90) ? (row[0] == 0 ? 0 : 1) : below(2);
+    for (int a = 0; a < set.attributes; ++a)
+      set.data += (chance(5) ? "?" : chance(1) ? "other" : "v" + std::to_string(row[a])) + ",";
+    set.data += (chance(2) ? "?" : "c" + std::to_string(cls)) + "\n";
   }
   return set;
 }
