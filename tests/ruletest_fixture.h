@@ -1,5 +1,6 @@
-// A small in-memory world for the evaluation tests: labelled cases owned by
-// the fixture, an empty rule set, and helpers to add rules and read the list.
+// A small in-memory world for the evaluation and analysis tests: labelled
+// cases owned by the fixture, an empty rule set, and helpers to add rules,
+// read the list and capture what a step prints.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -17,6 +18,7 @@ class RuletestWorld : public ::testing::Test {
   void SetUp() override {
     ResetRun();
     InitRuleSet();
+    FileName = "toy";
   }
   void TearDown() override { ResetRun(); }
 
@@ -24,14 +26,12 @@ class RuletestWorld : public ::testing::Test {
   void SetCases(const std::vector<std::vector<short>>& items, const std::vector<short>& classes, int classCount) {
     RealAtt = items.empty() ? 1 : static_cast<int>(items[0].size());
     MaxClass = classCount;
-    rows_.clear();
-    for (size_t i = 0; i < items.size(); ++i) {
-      std::vector<short> row = items[i];
-      row.push_back(classes[i]);
-      rows_.push_back(row);
-    }
+    rows_ = items;
     DataSpace.clear();
-    for (auto& row : rows_) DataSpace.push_back(row.data());
+    for (size_t i = 0; i < rows_.size(); ++i) {
+      rows_[i].push_back(classes[i]);
+      DataSpace.push_back(rows_[i].data());
+    }
     MaxData = static_cast<int>(rows_.size());
   }
 
@@ -41,31 +41,30 @@ class RuletestWorld : public ::testing::Test {
     for (size_t i = 0; i < antecedent.size(); ++i) r->Antecedent[i] = antecedent[i];
     r->Target = target;
     r->Priority = 1;
-    r->Score = score;
-    r->Conf = score;
+    r->Score = r->Conf = score;
     r->Supp = supp;
     AddRuleTail(RuleSet->Last, r);
     return r;
   }
 
-  // The targets of the rules from First, and checks the backward links agree.
-  std::vector<int> Targets() {
-    std::vector<int> forward;
-    const RuleRecord* prev = nullptr;
-    for (const RuleRecord* r = RuleSet->First; r; r = r->Next) {
-      EXPECT_EQ(r->Prev, prev);
-      forward.push_back(r->Target);
-      prev = r;
-    }
-    EXPECT_EQ(RuleSet->Last, prev);
-    EXPECT_EQ(RuleSet->NumOfRules, static_cast<int>(forward.size()));
-    return forward;
-  }
-
+  // The rules from First, after checking the backward links and the count.
   std::vector<RuleRecord*> Rules() {
     std::vector<RuleRecord*> all;
-    for (RuleRecord* r = RuleSet->First; r; r = r->Next) all.push_back(r);
+    for (RuleRecord* r = RuleSet->First; r; r = r->Next) {
+      EXPECT_EQ(r->Prev, all.empty() ? nullptr : all.back());
+      all.push_back(r);
+    }
+    EXPECT_EQ(RuleSet->Last, all.empty() ? nullptr : all.back());
+    EXPECT_EQ(RuleSet->NumOfRules, static_cast<int>(all.size()));
     return all;
+  }
+
+  // Runs a step with its standard output captured and returns what it printed.
+  template <typename Step>
+  static std::string Printed(Step step) {
+    ::testing::internal::CaptureStdout();
+    step();
+    return ::testing::internal::GetCapturedStdout();
   }
 
  private:
