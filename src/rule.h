@@ -52,6 +52,20 @@ void* XMalloc(std::size_t bytes);
 void* XCalloc(std::size_t count, std::size_t size);
 void* XRealloc(void* old, std::size_t bytes);
 
+// Closes a file when the reading or writing ends, however it ends; a
+// writer that needs the status of closing takes the file back with Release.
+struct FileCloser {
+  std::FILE* f;
+  ~FileCloser() {
+    if (f) std::fclose(f);
+  }
+  std::FILE* Release() {
+    std::FILE* file = f;
+    f = nullptr;
+    return file;
+  }
+};
+
 // Opens a file as fopen does. An open that fails for want of memory ends the
 // run as any failed allocation does; any other failure gives null for the
 // caller to report.

@@ -9,13 +9,6 @@
 
 namespace {
 
-struct FileCloser {
-  std::FILE* f;
-  ~FileCloser() {
-    if (f) std::fclose(f);
-  }
-};
-
 // The number a continuous field holds; -1.0 (unknown) for "?" and for text
 // that converts to a non-finite number.
 float ContinuousValue(const std::string& field) {

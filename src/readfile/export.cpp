@@ -19,13 +19,6 @@
 
 namespace {
 
-struct FileCloser {
-  std::FILE* f;
-  ~FileCloser() {
-    if (f) std::fclose(f);
-  }
-};
-
 // True when the name, written as it is, would end in a backslash that
 // escapes the character after it. Names as the tokenizer stores them keep
 // their escapes ("\," or ".,"), so they read back identically when written
@@ -100,8 +93,7 @@ bool WriteNamesFile(const std::string& path, const std::vector<const CutAttribut
     }
     EndLine(f);
   }
-  closer.f = nullptr;
-  return std::fclose(f) == 0;
+  return std::fclose(closer.Release()) == 0;
 }
 
 bool WriteDataFile(const std::string& path, const std::vector<const CutAttribute*>& cutOf,
@@ -135,8 +127,7 @@ bool WriteDataFile(const std::string& path, const std::vector<const CutAttribute
     if (last && last->empty()) std::fputc('.', f);
     std::fputc('\n', f);
   }
-  closer.f = nullptr;
-  return std::fclose(f) == 0;
+  return std::fclose(closer.Release()) == 0;
 }
 
 // The path with every directory resolved, also when the file itself does

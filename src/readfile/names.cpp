@@ -137,14 +137,6 @@ void Error(int code, const std::string& text1, const std::string& text2) {
 
 namespace {
 
-// Closes the names file however the reading ends.
-struct FileCloser {
-  std::FILE* f;
-  ~FileCloser() {
-    if (f) std::fclose(f);
-  }
-};
-
 // Appends a declared attribute (declared index MaxAtt, real index RealAtt).
 void OpenAttribute(const std::string& name) {
   ++MaxAtt;

@@ -13,12 +13,6 @@ const char kHeader[] =
     "leverage, target, value, att1, value1, att2, value2, att3, value3, att4, value4, att5, value5, "
     "att6, value 6\n";
 
-struct FileCloser {
-  std::FILE* f;
-  ~FileCloser() {
-    if (f) std::fclose(f);
-  }
-};
 
 void WriteItem(std::FILE* f, int code) {
   const ItemEntry& item = *ItemRecord[code];
@@ -70,8 +64,7 @@ int Write2CSVfile(const std::string& fileName, float support) {
     const int d = MaxData - a - b - c;
     if (r->AntSupp == 0 || r->TargetSupp == 0) {
       std::printf("Devided by zero Write2CSVfile");
-      std::fclose(f);
-      closer.f = nullptr;
+      std::fclose(closer.Release());
       EndRun(0);
     }
     const float chi = ChisquareTest(a, b, c, d);
@@ -84,6 +77,5 @@ int Write2CSVfile(const std::string& fileName, float support) {
     for (int i = 0; i < r->Len; ++i) WriteItem(f, r->Antecedent[i]);
     std::fprintf(f, "\n");
   }
-  closer.f = nullptr;
-  return std::fclose(f);
+  return std::fclose(closer.Release());
 }
