@@ -21,22 +21,10 @@ using testing_support::ReadFile;
 using testing_support::TempDir;
 using testing_support::WriteFile;
 
-struct Outcome {
-  int status = -1;  // -1: the program did not exit normally
-  std::string output;
-  std::string errors;
-};
+using Outcome = testing_support::ProgramRun;
 
-// Runs BIN_DIR/program with the arguments (a shell word list) in dir.
 Outcome RunIn(const std::string& dir, const std::string& program, const std::string& args) {
-  const std::string command = "cd '" + dir + "' && '" + std::string(BIN_DIR) + "/" + program + "' " + args +
-                              " >.stdout 2>.stderr";
-  Outcome run;
-  const int raw = std::system(command.c_str());
-  if (raw != -1 && WIFEXITED(raw)) run.status = WEXITSTATUS(raw);
-  run.output = ReadFile(dir + "/.stdout");
-  run.errors = ReadFile(dir + "/.stderr");
-  return run;
+  return testing_support::RunProgram(program, args, dir);
 }
 
 bool EndsWith(const std::string& text, const std::string& tail) {

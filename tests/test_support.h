@@ -55,19 +55,23 @@ inline bool FileExists(const std::string& path) {
 struct ProgramRun {
   int status = -1;     // exit status, or -1 when the program did not exit normally
   std::string output;  // standard output
+  std::string errors;  // standard error
 };
 
 // Runs a built program (BIN_DIR/name) with the arguments, a shell word list,
-// in the folder dir; standard error is discarded.
+// in the folder dir.
 inline ProgramRun RunProgram(const std::string& name, const std::string& args, const std::string& dir) {
   ProgramRun run;
-  std::string outFile = dir + "/.stdout";
-  std::string command = "cd '" + dir + "' && '" + std::string(BIN_DIR) + "/" + name + "' " + args + " >'" +
-                        outFile + "' 2>/dev/null";
-  int raw = std::system(command.c_str());
+  const std::string outFile = dir + "/.stdout";
+  const std::string errFile = dir + "/.stderr";
+  const std::string command = "cd '" + dir + "' && '" + std::string(BIN_DIR) + "/" + name + "' " + args +
+                              " >'" + outFile + "' 2>'" + errFile + "'";
+  const int raw = std::system(command.c_str());
   if (raw != -1 && WIFEXITED(raw)) run.status = WEXITSTATUS(raw);
   run.output = ReadFile(outFile);
+  run.errors = ReadFile(errFile);
   std::remove(outFile.c_str());
+  std::remove(errFile.c_str());
   return run;
 }
 
