@@ -2,9 +2,12 @@
 #include <string>
 #include <vector>
 
-#include "ruletest_fixture.h"
+#include "miner_fixture.h"
 
 namespace {
+
+using testing_support::AddRule;
+using testing_support::RuletestWorld;
 
 // Items 1, 4, 6; nodes {1}, {4}, {6}, {1,4}, {1,6}, {4,6} and {1,4,6}.
 class CoverageTest : public RuletestWorld {

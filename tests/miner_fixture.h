@@ -12,6 +12,7 @@
 #include "readfile.h"
 #include "rule.h"
 #include "rulegen.h"
+#include "ruletest.h"
 #include "test_support.h"
 
 namespace testing_support {
@@ -125,12 +126,13 @@ inline std::vector<int> ItemsOf(const TreeNode* n) { return {n->ItemSet, n->Item
 inline std::vector<int> AntecedentOf(const RuleRecord* r) { return {r->Antecedent, r->Antecedent + r->Len}; }
 
 // Appends a rule to the rule set, made when missing.
-inline RuleRecord* AddRule(const std::vector<int>& antecedent, int target, int supp, float conf, int antSupp = 0,
-                           int targetSupp = 0) {
+inline RuleRecord* AddRule(const std::vector<int>& antecedent, int target, int supp = 1, float conf = 0.5f,
+                           int antSupp = 0, int targetSupp = 0) {
   if (!RuleSet) InitRuleSet();
   RuleRecord* rule = NewRule(static_cast<int>(antecedent.size()));
   for (size_t i = 0; i < antecedent.size(); ++i) rule->Antecedent[i] = antecedent[i];
   rule->Target = target;
+  rule->Priority = 1;
   rule->Supp = supp;
   rule->Conf = rule->Score = conf;
   rule->AntSupp = antSupp;
@@ -138,5 +140,38 @@ inline RuleRecord* AddRule(const std::vector<int>& antecedent, int target, int s
   AddRuleTail(RuleSet->Last, rule);
   return rule;
 }
+
+// The evaluation and analysis tests: an empty rule set, the stem "toy", and
+// labelled cases.
+class RuletestWorld : public MinerTest {
+ protected:
+  void SetUp() override {
+    MinerTest::SetUp();
+    InitRuleSet();
+    FileName = "toy";
+  }
+  // Cases as item lists of one width, each followed by its class index.
+  void SetCases(const std::vector<std::vector<short>>& items, const std::vector<short>& classes, int classCount) {
+    std::vector<std::vector<short>> rows = items;
+    for (size_t i = 0; i < rows.size(); ++i) rows[i].push_back(classes[i]);
+    SetRows(MaxItem, items.empty() ? 1 : static_cast<int>(items[0].size()), rows);
+    MaxClass = classCount;
+  }
+  // The rules from First, after checking the backward links and the count.
+  static std::vector<RuleRecord*> Rules() {
+    std::vector<RuleRecord*> all;
+    for (RuleRecord* r = RuleSet->First; r; r = r->Next) {
+      EXPECT_EQ(r->Prev, all.empty() ? nullptr : all.back());
+      all.push_back(r);
+    }
+    EXPECT_EQ(RuleSet->Last, all.empty() ? nullptr : all.back());
+    EXPECT_EQ(RuleSet->NumOfRules, static_cast<int>(all.size()));
+    return all;
+  }
+  template <typename Step>
+  static std::string Printed(Step step) {
+    return Capture(step).output;
+  }
+};
 
 }  // namespace testing_support

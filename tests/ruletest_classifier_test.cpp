@@ -4,9 +4,12 @@
 #include <map>
 #include <vector>
 
-#include "ruletest_fixture.h"
+#include "miner_fixture.h"
 
 namespace {
+
+using testing_support::AddRule;
+using testing_support::RuletestWorld;
 
 using ClassifierPrep = RuletestWorld;
 

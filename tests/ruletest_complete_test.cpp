@@ -1,9 +1,12 @@
 // Complete rule selection and its attribute-list narrowing.
 #include <vector>
 
-#include "ruletest_fixture.h"
+#include "miner_fixture.h"
 
 namespace {
+
+using testing_support::AddRule;
+using testing_support::RuletestWorld;
 
 // Item codes whose tens give their attribute: item 12 is a value of attribute 1.
 class Complete : public RuletestWorld {

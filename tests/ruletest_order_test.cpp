@@ -2,9 +2,12 @@
 // setting the default class.
 #include <vector>
 
-#include "ruletest_fixture.h"
+#include "miner_fixture.h"
 
 namespace {
+
+using testing_support::AddRule;
+using testing_support::RuletestWorld;
 
 using Ordering = RuletestWorld;
 

@@ -1,9 +1,12 @@
 // Matching rules against cases, the first-match test and the vote test.
 #include <string>
 
-#include "ruletest_fixture.h"
+#include "miner_fixture.h"
 
 namespace {
+
+using testing_support::AddRule;
+using testing_support::RuletestWorld;
 
 using Testing = RuletestWorld;
 
