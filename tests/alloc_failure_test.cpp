@@ -136,8 +136,8 @@ TEST(AddressSpaceLimit, PairTableTooLargeEndsWithTheMessage) {
   if (kSanitized) GTEST_SKIP() << "the sanitizer runtime cannot start under an address-space limit";
   TempDir dir;
   // 16,002 items: the pair table alone takes (16,004)^2 x 4 bytes, about 1 GB.
-  ASSERT_EQ(testing_support::RunProgram("sh", "sh '" + std::string(SOURCE_DIR) + "/tests/fixtures/hostile/many-items.sh' big 16002",
-                                        dir.path()).status, 0);
+  const std::string script = std::string(SOURCE_DIR) + "/tests/fixtures/hostile/many-items.sh";
+  ASSERT_EQ(testing_support::RunProgram("sh", "sh '" + script + "' big 16002", dir.path()).status, 0);
   const testing_support::ProgramRun run =
       testing_support::RunProgram("rule", "-f big -s 0.1", dir.path(), "ulimit -v 524288 &&");
   EXPECT_EQ(run.status, 0);
