@@ -15,12 +15,13 @@ FUZZ_JOBS    ?= 1
 
 all: build
 
+# The programs, and the tests when GoogleTest is installed.
 build:
-	cmake -S . -B $(BUILD) -DCMAKE_BUILD_TYPE=Release
+	cmake -S . -B $(BUILD) -DCMAKE_BUILD_TYPE=Release -DREQUIRE_TESTS=OFF
 	cmake --build $(BUILD) -j$(JOBS)
 
 build-asan:
-	cmake -S . -B $(ASAN) -DCMAKE_BUILD_TYPE=RelWithDebInfo -DSANITIZE=ON
+	cmake -S . -B $(ASAN) -DCMAKE_BUILD_TYPE=RelWithDebInfo -DSANITIZE=ON -DREQUIRE_TESTS=ON
 	cmake --build $(ASAN) -j$(JOBS)
 
 run: build
@@ -32,6 +33,8 @@ run: build
 	@head -n 6 $(EXAMPLE)/picnicrule.csv
 
 test: build build-asan
+	cmake -S . -B $(BUILD) -DREQUIRE_TESTS=ON
+	cmake --build $(BUILD) -j$(JOBS)
 	cd $(BUILD) && ctest -j$(JOBS) --output-on-failure
 	cd $(ASAN) && ctest -j$(JOBS) --output-on-failure
 

@@ -5,8 +5,7 @@
 #include <cstdint>
 
 #include "fuzz_support.h"
-#include "readfile.h"
-#include "rule.h"
+#include "input/readers.h"
 
 namespace {
 
@@ -31,22 +30,24 @@ extern "C" int LLVMFuzzerInitialize(int*, char***) {
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   fuzz_support::Put("set.data", data, size);
   const int status = fuzz_support::OneRun([] {
-    FileName = fuzz_support::PathOf("set");
-    GetNames();
-    GetData(".data");
-    FUZZ_CHECK(MaxAtt == 5 && RealAtt == 4);
-    FUZZ_CHECK(static_cast<int>(DataSpace.size()) == MaxData);
-    FUZZ_CHECK(RawDataSpace.empty());
-    for (int i = 0; i < MaxData; ++i) {
-      const short* row = DataSpace[i];
-      for (int c = 0; c < RealAtt; ++c) {
-        FUZZ_CHECK(row[c] >= 0 && row[c] <= MaxItem);
-        FUZZ_CHECK(row[c] == 0 || Attribute[row[c]] == c);
+    DataSet read;
+    InputErrors errors;
+    RETURN_IF_FAILED(GetNames(read, fuzz_support::PathOf("set"), errors));
+    RETURN_IF_FAILED(GetData(read, ".data", errors));
+    FUZZ_CHECK(read.MaxAtt == 5 && read.RealAtt == 4);
+    FUZZ_CHECK(static_cast<int>(read.DataSpace.size()) == read.MaxData);
+    FUZZ_CHECK(read.RawDataSpace.empty());
+    for (int i = 0; i < read.MaxData; ++i) {
+      const short* row = read.DataSpace[i];
+      for (int c = 0; c < read.RealAtt; ++c) {
+        FUZZ_CHECK(row[c] >= 0 && row[c] <= read.MaxItem);
+        FUZZ_CHECK(row[c] == 0 || read.Attribute[row[c]] == c);
       }
-      FUZZ_CHECK(row[RealAtt] == 0);
+      FUZZ_CHECK(row[read.RealAtt] == 0);
     }
+    return Status();
   });
-  // The data file never ends the run: unknown values are not errors.
+  // The data file never ends the reading: unknown values are not errors.
   FUZZ_CHECK(status == -1);
   return 0;
 }

@@ -9,20 +9,20 @@
 #include <string>
 #include <vector>
 
+#include "base/numbers.h"
+#include "discretiser/discretise.h"
 #include "fuzz_support.h"
-#include "readfile.h"
-#include "readfile/discretise.h"
-#include "rule.h"
+#include "input/readers.h"
 
 namespace {
 
 // The cases as item names, column by column ("" for the unknown item).
-std::vector<std::vector<std::string>> CasesByName() {
-  std::vector<std::vector<std::string>> cases(static_cast<size_t>(MaxData));
-  for (int i = 0; i < MaxData; ++i) {
-    for (int c = 0; c < RealAtt; ++c) {
-      const int code = DataSpace[i][c];
-      cases[i].push_back(code == 0 ? std::string() : ItemRecord[code]->ValueName);
+std::vector<std::vector<std::string>> CasesByName(const DataSet& data) {
+  std::vector<std::vector<std::string>> cases(static_cast<size_t>(data.MaxData));
+  for (int i = 0; i < data.MaxData; ++i) {
+    for (int c = 0; c < data.RealAtt; ++c) {
+      const int code = data.DataSpace[i][c];
+      cases[i].push_back(code == 0 ? std::string() : data.ItemRecord[code]->ValueName);
     }
   }
   return cases;
@@ -47,59 +47,64 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   std::vector<std::vector<std::string>> written;  // the cases as cut, by interval spelling
   bool exported = false;
   fuzz_support::OneRun([&] {
-    FileName = fuzz_support::PathOf("set");
-    GetNames(true);
-    ReadData(".data");
-    GMinSup = ComputeMinSup(MaxData, static_cast<float>(std::strtod(fraction.c_str(), nullptr)));
+    DataSet cut;
+    InputErrors errors;
+    RETURN_IF_FAILED(GetNames(cut, fuzz_support::PathOf("set"), errors, true));
+    RETURN_IF_FAILED(ReadData(cut, ".data", errors));
+    const int minSup = ComputeMinSup(cut.MaxData, static_cast<float>(std::strtod(fraction.c_str(), nullptr)));
     std::vector<CutAttribute> cuts;
-    DiscretiseAttributes(&cuts);
+    RETURN_IF_FAILED(DiscretiseAttributes(cut, minSup, &cuts));
 
-    FUZZ_CHECK(static_cast<int>(DataSpace.size()) == MaxData && RawDataSpace.empty());
-    std::vector<const CutAttribute*> cutOfColumn(static_cast<size_t>(RealAtt), nullptr);
-    for (const CutAttribute& cut : cuts) {
-      FUZZ_CHECK(cut.Column >= 0 && cut.Column < RealAtt);
-      cutOfColumn[cut.Column] = &cut;
+    FUZZ_CHECK(static_cast<int>(cut.DataSpace.size()) == cut.MaxData && cut.RawDataSpace.empty());
+    std::vector<const CutAttribute*> cutOfColumn(static_cast<size_t>(cut.RealAtt), nullptr);
+    for (const CutAttribute& attribute : cuts) {
+      FUZZ_CHECK(attribute.Column >= 0 && attribute.Column < cut.RealAtt);
+      cutOfColumn[attribute.Column] = &attribute;
       // Ascending intervals that join without gaps.
-      for (size_t j = 1; j < cut.Intervals.size(); ++j) {
-        FUZZ_CHECK(cut.Intervals[j].Low == cut.Intervals[j - 1].High);
-        FUZZ_CHECK(cut.Intervals[j - 1].Mean <= cut.Intervals[j].Mean);
+      for (size_t j = 1; j < attribute.Intervals.size(); ++j) {
+        FUZZ_CHECK(attribute.Intervals[j].Low == attribute.Intervals[j - 1].High);
+        FUZZ_CHECK(attribute.Intervals[j - 1].Mean <= attribute.Intervals[j].Mean);
       }
     }
-    for (int i = 0; i < MaxData; ++i) {
-      for (int c = 0; c < RealAtt; ++c) {
-        const int code = DataSpace[i][c];
-        FUZZ_CHECK(code >= 0 && code <= MaxItem);
-        FUZZ_CHECK(code == 0 || Attribute[code] == c);
+    for (int i = 0; i < cut.MaxData; ++i) {
+      for (int c = 0; c < cut.RealAtt; ++c) {
+        const int code = cut.DataSpace[i][c];
+        FUZZ_CHECK(code >= 0 && code <= cut.MaxItem);
+        FUZZ_CHECK(code == 0 || cut.Attribute[code] == c);
       }
-      FUZZ_CHECK(DataSpace[i][RealAtt] == 0);
+      FUZZ_CHECK(cut.DataSpace[i][cut.RealAtt] == 0);
     }
 
     // What the categorical copy must read back as: the cut columns spelt as
     // their intervals, the others by value name; a cut attribute without any
     // interval is written as ignored and has no column.
-    written.assign(static_cast<size_t>(MaxData), {});
-    for (int c = 0; c < RealAtt; ++c) {
-      const CutAttribute* cut = cutOfColumn[c];
-      if (cut && cut->Intervals.empty()) continue;
-      const std::vector<std::string> spellings = cut ? IntervalSpellings(cut->Intervals) : std::vector<std::string>();
-      for (int i = 0; i < MaxData; ++i) {
-        const int code = DataSpace[i][c];
+    written.assign(static_cast<size_t>(cut.MaxData), {});
+    for (int c = 0; c < cut.RealAtt; ++c) {
+      const CutAttribute* attribute = cutOfColumn[c];
+      if (attribute && attribute->Intervals.empty()) continue;
+      const std::vector<std::string> spellings =
+          attribute ? IntervalSpellings(attribute->Intervals) : std::vector<std::string>();
+      for (int i = 0; i < cut.MaxData; ++i) {
+        const int code = cut.DataSpace[i][c];
         if (code == 0) written[i].push_back("");
-        else if (cut) written[i].push_back(spellings.at(static_cast<size_t>(code - cut->FirstCode)));
-        else written[i].push_back(ItemRecord[code]->ValueName);
+        else if (attribute) written[i].push_back(spellings.at(static_cast<size_t>(code - attribute->FirstCode)));
+        else written[i].push_back(cut.ItemRecord[code]->ValueName);
       }
     }
-    std::string error;
-    exported = WriteCategoricalPair(fuzz_support::PathOf("cut"), cuts, &error);
+    const Status status = WriteCategoricalPair(cut, fuzz_support::PathOf("cut"), cuts);
+    exported = status.ok();
     FUZZ_CHECK(exported);
+    return status;
   });
   if (!exported) return 0;
 
   const int reread = fuzz_support::OneRun([&] {
-    FileName = fuzz_support::PathOf("cut");
-    GetNames();
-    GetData(".data");
-    FUZZ_CHECK(CasesByName() == written);
+    DataSet copy;
+    InputErrors errors;
+    RETURN_IF_FAILED(GetNames(copy, fuzz_support::PathOf("cut"), errors));
+    RETURN_IF_FAILED(GetData(copy, ".data", errors));
+    FUZZ_CHECK(CasesByName(copy) == written);
+    return Status();
   });
   FUZZ_CHECK(reread == -1);
   return 0;

@@ -11,7 +11,8 @@
 
 #include <unistd.h>
 
-#include "rule.h"
+#include "base/console.h"
+#include "base/status.h"
 
 namespace fuzz_support {
 
@@ -66,19 +67,17 @@ inline void QuietOutput() {
   if (!std::freopen("/dev/null", "w", stdout)) std::abort();
 }
 
-// Runs body as one run of the programs: the ways a run ends by design (an
-// input error, the error limit, a refused keyword, "Not enough memory")
-// become its exit status instead of ending the fuzzer, and everything the
-// run built is released afterwards, as the next input expects a fresh
-// process state. Returns the status, or -1 when body returned normally.
+// Runs body, which returns a Status, as one run of the programs: every
+// value it builds is its own, and the ways a run ends by design (an input
+// error, the error limit, a refused keyword, a failed allocation with "Not
+// enough memory") become its exit status instead of ending the fuzzer.
+// Returns that status, or -1 when body's status is ok.
 template <class F>
 int OneRun(F body) {
-  EndRunThrows = true;
   const int status = GuardedRun([&] {
-    body();
-    return -1;
+    const Status ended = body();
+    return ended.ok() ? -1 : ended.exit_status();
   });
-  ResetRun();
   std::fflush(stdout);
   return status;
 }

@@ -1,17 +1,20 @@
 // Fuzzes a whole run of the miner on a fuzzed names/data pair with fuzzed
-// option values, followed by the analyses of rule-analyse. The input is five lines holding the arguments of -s, -c,
-// -l, -a and -x (an empty line for -a or -x leaves that option out), then
-// the names file, a line "%%", and the data file.
+// option values, followed by the analyses of rule-analyse on the rule set
+// mined in the default mode. The input is five lines holding the arguments
+// of -s, -c, -l, -a and -x (an empty line for -a or -x leaves that option
+// out), then the names file, a line "%%", and the data file.
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
 #include <string>
 #include <vector>
 
+#include "analyses/analyses.h"
+#include "base/numbers.h"
 #include "fuzz_support.h"
-#include "readfile.h"
-#include "rule.h"
-#include "rulegen.h"
+#include "input/readers.h"
+#include "mining/mining.h"
+#include "rule/run_miner.h"
 
 namespace {
 
@@ -43,28 +46,66 @@ double Choose(int n, int k) {
 double NodeBound(float support, int layers) {
   double bound = -1;
   fuzz_support::OneRun([&] {
-    FileName = fuzz_support::PathOf("set");
-    GetNames();
-    GetData(".data");
-    const int minSup = ComputeMinSup(MaxData, support);
-    std::vector<int> count(static_cast<size_t>(MaxItem) + 1, 0);
-    for (int i = 0; i < MaxData; ++i)
-      for (int c = 0; c < RealAtt; ++c) ++count[DataSpace[i][c]];
+    DataSet data;
+    InputErrors errors;
+    RETURN_IF_FAILED(GetNames(data, fuzz_support::PathOf("set"), errors));
+    RETURN_IF_FAILED(GetData(data, ".data", errors));
+    const int minSup = ComputeMinSup(data.MaxData, support);
+    std::vector<int> count(static_cast<size_t>(data.MaxItem) + 1, 0);
+    for (int i = 0; i < data.MaxData; ++i)
+      for (int c = 0; c < data.RealAtt; ++c) ++count[data.DataSpace[i][c]];
     auto frequent = [&](int item) { return item > 0 && count[item] >= minSup; };
     bound = 0;
     if (minSup <= 0) {
       int items = 0;
-      for (int item = 1; item <= MaxItem; ++item) items += frequent(item);
+      for (int item = 1; item <= data.MaxItem; ++item) items += frequent(item);
       for (int k = 1; k <= layers; ++k) bound += Choose(items, k);
-      return;
+      return Status();
     }
-    for (int i = 0; i < MaxData; ++i) {
+    for (int i = 0; i < data.MaxData; ++i) {
       int items = 0;
-      for (int c = 0; c < RealAtt; ++c) items += frequent(DataSpace[i][c]);
+      for (int c = 0; c < data.RealAtt; ++c) items += frequent(data.DataSpace[i][c]);
       for (int k = 1; k <= layers; ++k) bound += Choose(items, k);
     }
+    return Status();
   });
   return bound;
+}
+
+// The analyses of rule-analyse on the rule set mined with the options as
+// the miner reads them: the derivable rules, then the coverage of the cases.
+Status Analyse(const std::string& stem, const std::string& support, const std::string& confidence,
+               const std::string& layer) {
+  MiningOptions options;
+  options.FileName = stem;
+  options.Support = ParseFloat(support.c_str());
+  options.MinConf = ParseFloat(confidence.c_str());
+  options.MaxLayer = ParseInt(layer.c_str());
+  DataSet data;
+  InputErrors errors;
+  RETURN_IF_FAILED(GetNames(data, stem, errors));
+  RETURN_IF_FAILED(GetData(data, ".data", errors));
+  MinedRules run;
+  run.GMinSup = ComputeMinSup(data.MaxData, options.Support);
+  MineLayers(run, data, options, stdout, nullptr);
+  SortRuleSet(run.Rules);
+  const int before = run.Rules.NumOfRules;
+  const int derivable = CountDerivableRule(run.Rules, run.Counts, data.MaxItem, options.MinConf, stdout);
+  FUZZ_CHECK(derivable >= 0);
+  FUZZ_CHECK(run.Counts.Counter2 == nullptr);
+  // The removed rules are counted; the list stays linked both ways.
+  int linked = 0;
+  const RuleRecord* previous = nullptr;
+  for (const RuleRecord* r = run.Rules.First; r; r = r->Next, ++linked) {
+    FUZZ_CHECK(r->Prev == previous);
+    previous = r;
+  }
+  FUZZ_CHECK(run.Rules.Last == previous);
+  FUZZ_CHECK(linked == run.Rules.NumOfRules && linked <= before);
+  const Coverage coverage = CoverageOfData(run.Tree.AllSet, data, stdout);
+  FUZZ_CHECK(coverage.Loose >= 0 && coverage.Loose <= data.MaxData);
+  FUZZ_CHECK(coverage.Tough >= 0 && coverage.Tough <= data.MaxData);
+  return Status();
 }
 
 }  // namespace
@@ -106,17 +147,16 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
 
   int status = 0;
   const int ended = fuzz_support::OneRun([&] {
-    status = RunMiner(static_cast<int>(args.size()), argv.data());
-    // The analyses rule-analyse makes of a rule set mined in the default mode.
-    if (status == 0 && ass.empty()) {
-      SortRuleSet();
-      CountDerivableRule();
-      CoverageOfData(AllSet);
-      FUZZ_CHECK(LooseCov >= 0 && LooseCov <= MaxData && ToughCov >= 0 && ToughCov <= MaxData);
-    }
+    status = RunMiner(static_cast<int>(args.size()), argv.data(), stdout);
+    return Status();
   });
   if (ended != -1) status = ended;
   // Every way a run ends has status 0 or 1.
   FUZZ_CHECK(status == 0 || status == 1);
+  // The analyses rule-analyse makes of a rule set mined in the default mode.
+  if (status == 0 && ended == -1 && ass.empty()) {
+    const int analysed = fuzz_support::OneRun([&] { return Analyse(stem, support, confidence, layer); });
+    FUZZ_CHECK(analysed == -1 || analysed == 0 || analysed == 1);
+  }
   return 0;
 }

@@ -7,11 +7,9 @@
 #include <cstdint>
 #include <string>
 
+#include "evaluation/evaluation.h"
 #include "fuzz_support.h"
-#include "readfile.h"
-#include "rule.h"
-#include "rulegen.h"
-#include "ruletest.h"
+#include "input/readers.h"
 
 namespace {
 
@@ -37,16 +35,17 @@ std::string FileText(const std::string& path) {
   return text;
 }
 
-int RulesLinked() {
+// The rules of the rule set, checked to be linked both ways.
+int RulesLinked(const RuleSet& rules) {
   int n = 0;
   const RuleRecord* previous = nullptr;
-  for (const RuleRecord* r = RuleSet->First; r; r = r->Next) {
+  for (const RuleRecord* r = rules.First; r; r = r->Next) {
     FUZZ_CHECK(r->Prev == previous);
     FUZZ_CHECK(r->Len >= 0 && r->Antecedent != nullptr && r->Antecedent[r->Len] == 0);
     previous = r;
     ++n;
   }
-  FUZZ_CHECK(RuleSet->Last == previous);
+  FUZZ_CHECK(rules.Last == previous);
   return n;
 }
 
@@ -64,34 +63,33 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   const std::string first = fuzz_support::PathOf("first.rules");
   const std::string second = fuzz_support::PathOf("second.rules");
   const int status = fuzz_support::OneRun([&] {
-    FileName = fuzz_support::PathOf("set");
-    GetNames();
-    GetData(".data");
-    LabelCases();
-    InitRuleSet();
-    const int read = ReadRule(ruleFile);
-    const int linked = RulesLinked();
-    if (read != 0) {
-      FUZZ_CHECK(read == kRuleFileMalformed);
-      FUZZ_CHECK(RuleSet->NumOfRules == linked);
-      return;
+    DataSet cases;
+    InputErrors errors;
+    RETURN_IF_FAILED(GetNames(cases, fuzz_support::PathOf("set"), errors));
+    RETURN_IF_FAILED(GetData(cases, ".data", errors));
+    LabelCases(cases);
+    RuleSet rules;
+    const Status read = ReadRule(rules, ruleFile, stdout);
+    const int linked = RulesLinked(rules);
+    if (!read.ok()) {
+      FUZZ_CHECK(read.exit_status() == 1);
+      FUZZ_CHECK(rules.NumOfRules == linked);
+      return Status();
     }
-    if (RulesMisfit().empty()) {
-      TestSingle();
-      Testmulti();
-      FUZZ_CHECK(RuleSet->Hits + RuleSet->Misses <= MaxData);
+    if (RulesMisfit(rules, cases).empty()) {
+      TestSingle(rules, cases, stdout);
+      Testmulti(rules, cases, stdout);
+      FUZZ_CHECK(rules.Hits + rules.Misses <= cases.MaxData);
     }
     // Written and read again, the rules stay the same.
-    FUZZ_CHECK(WriteRule(first, 0.5f, 0.1f) == 0);
-    const int count = RuleSet->NumOfRules;
-    const int defaultClass = RuleSet->DefaultClass;
-    FreeRuleSet();
-    InitRuleSet();
-    FUZZ_CHECK(ReadRule(first) == 0);
-    FUZZ_CHECK(RulesLinked() == linked);
-    FUZZ_CHECK(RuleSet->NumOfRules == count && RuleSet->DefaultClass == defaultClass);
-    FUZZ_CHECK(WriteRule(second, 0.5f, 0.1f) == 0);
+    FUZZ_CHECK(WriteRule(rules, first, 0.5f, 0.1f, 4, 0.0f).ok());
+    RuleSet again;
+    FUZZ_CHECK(ReadRule(again, first, stdout).ok());
+    FUZZ_CHECK(RulesLinked(again) == linked);
+    FUZZ_CHECK(again.NumOfRules == rules.NumOfRules && again.DefaultClass == rules.DefaultClass);
+    FUZZ_CHECK(WriteRule(again, second, 0.5f, 0.1f, 4, 0.0f).ok());
     FUZZ_CHECK(FileText(first) == FileText(second));
+    return Status();
   });
   FUZZ_CHECK(status == -1);
   return 0;

@@ -2,52 +2,56 @@
 #include <string>
 #include <vector>
 
+#include "analyses/analyses.h"
+#include "base/memory.h"
 #include "miner_fixture.h"
 
 namespace {
 
-using testing_support::AddRule;
 using testing_support::RuletestWorld;
 
 // Items 1, 4, 6; nodes {1}, {4}, {6}, {1,4}, {1,6}, {4,6} and {1,4,6}.
 class CoverageTest : public RuletestWorld {
  protected:
-  TreeNode *n1, *n4, *n6, *n14, *n16, *n46, *n146;
+  TreeNode *root, *n1, *n4, *n6, *n14, *n16, *n46, *n146;
 
   void SetUp() override {
     RuletestWorld::SetUp();
-    MaxItem = 8, RealAtt = 3, MaxData = 10;
-    InitialCount();
-    AllSet = static_cast<TreeNode*>(XCalloc(1, sizeof(TreeNode)));
-    AllSet->Item = -1;
-    AllSet->SonCapacity = MaxItem + 1;
-    AllSet->Son = XAllocArray<TreeNode*>(static_cast<size_t>(AllSet->SonCapacity));
-    n1 = Link(AllSet, NewNode(AllSet, 1));
-    n4 = Link(AllSet, NewNode(AllSet, 4));
-    n6 = Link(AllSet, NewNode(AllSet, 6));
-    n14 = Link(n1, AddSon(n1, n4, nullptr, nullptr, nullptr));
-    n16 = Link(n1, AddSon(n1, n6, nullptr, nullptr, nullptr));
-    n46 = Link(n4, AddSon(n4, n6, nullptr, nullptr, nullptr));
+    data.MaxItem = 8, data.RealAtt = 3, data.MaxData = 10;
+    InitialCount(run.Counts, data);
+    CandidateTree& tree = run.Tree;
+    root = tree.NewRoot();
+    root->Item = -1;
+    root->SonCapacity = data.MaxItem + 1;
+    root->Son = XAllocArray<TreeNode*>(static_cast<size_t>(root->SonCapacity));
+    n1 = Link(root, NewNode(tree, root, 1, run.Counts, data.MaxData));
+    n4 = Link(root, NewNode(tree, root, 4, run.Counts, data.MaxData));
+    n6 = Link(root, NewNode(tree, root, 6, run.Counts, data.MaxData));
+    n14 = Link(n1, AddSon(tree, n1, n4, nullptr, nullptr, nullptr));
+    n16 = Link(n1, AddSon(tree, n1, n6, nullptr, nullptr, nullptr));
+    n46 = Link(n4, AddSon(tree, n4, n6, nullptr, nullptr, nullptr));
     const int flags[] = {1, 1, 1}, subSupports[] = {0};
     TreeNode* const subNodes[] = {n46};
-    n146 = Link(n14, AddSon(n14, n16, flags, subSupports, subNodes));
+    n146 = Link(n14, AddSon(tree, n14, n16, flags, subSupports, subNodes));
   }
   static TreeNode* Link(TreeNode* parent, TreeNode* son) {
     LinkSon(parent, son);
     return son;
   }
   static void Mark(TreeNode* node, short flag1) { node->Token = 2, node->TargetFlag[1] = flag1; }
-  static std::string Entry(std::vector<int> row, int expectedResult) {
-    return Printed([&] { EXPECT_EQ(CountEntry(AllSet, row.data()), expectedResult); });
+  std::string Entry(std::vector<int> row, int expectedResult) {
+    EXPECT_EQ(CountEntry(root, row.data(), data.RealAtt, coverage, out.file()), expectedResult);
+    return out.Take();
   }
+  Coverage coverage;
 };
 
 TEST_F(CoverageTest, CaseReachingNoMarkedNodeChangesNothing) {
-  LooseCov = 5, ToughCov = 7;
+  coverage = Coverage{5, 7};
   n146->Token = -2;  // only positive marks count
   EXPECT_EQ(Entry({1, 4, 6}, 0), "");
-  EXPECT_EQ(LooseCov, 5);
-  EXPECT_EQ(ToughCov, 7);
+  EXPECT_EQ(coverage.Loose, 5);
+  EXPECT_EQ(coverage.Tough, 7);
 }
 
 TEST_F(CoverageTest, TwoMarkedNodesCountOnceAndPrintTheFirstReached) {
@@ -57,8 +61,21 @@ TEST_F(CoverageTest, TwoMarkedNodesCountOnceAndPrintTheFirstReached) {
   Mark(n46, 1);
   n46->TargetFlag[0] = 0;
   EXPECT_EQ(Entry({1, 4, 6}, 0), "\n **4,6,Target[0] = 0, Target[1] = 1");
-  EXPECT_EQ(LooseCov, 1);
-  EXPECT_EQ(ToughCov, 0);
+  EXPECT_EQ(coverage.Loose, 1);
+  EXPECT_EQ(coverage.Tough, 0);
+}
+
+// A node whose second flag is all ones covers toughly; with a loose one
+// reached too, the case is done at once.
+TEST_F(CoverageTest, LooseAndToughCoverOfSeveralCases) {
+  Mark(n14, static_cast<short>(0xFFFF));
+  Mark(n6, 1);
+  std::vector<int> cells = {1, 4, 6, 1, 4, 0, 6, 0, 0, 0, 0, 0};
+  int* rows[] = {&cells[0], &cells[3], &cells[6], &cells[9]};
+  const Coverage counted = CoverageCount(root, rows, 4, data.RealAtt, out.file());
+  EXPECT_EQ(counted.Loose, 2);
+  EXPECT_EQ(counted.Tough, 2);
+  EXPECT_EQ(out.Take(), "\n **6,Target[0] = -1, Target[1] = 1\n **6,Target[0] = -1, Target[1] = 1");
 }
 
 }  // namespace

@@ -12,17 +12,17 @@
 
 namespace {
 
-using testing_support::Capture;
 using testing_support::ItemsOf;
 using Ints = std::vector<int>;
 
 // Number of cases holding every item of the list.
-int DirectCount(const Ints& items) {
+int DirectCount(const DataSet& data, const Ints& items) {
   int count = 0;
-  for (int r = 0; r < MaxData; ++r)
-    count += std::all_of(items.begin(), items.end(), [r](int item) {
-      return std::find(DataSpace[r], DataSpace[r] + RealAtt, item) != DataSpace[r] + RealAtt;
-    });
+  for (int r = 0; r < data.MaxData; ++r) {
+    const short* row = data.DataSpace[r];
+    count += std::all_of(items.begin(), items.end(),
+                         [row, &data](int item) { return std::find(row, row + data.RealAtt, item) != row + data.RealAtt; });
+  }
   return count;
 }
 
@@ -37,15 +37,15 @@ class BruteForce : public testing_support::MinerTest, public ::testing::WithPara
       ASSERT_TRUE(son->Parent == node && son->Length == node->Length + 1);
       ASSERT_TRUE(s == 0 || node->Son[s - 1]->Item < son->Item) << "sons ascend";
       ASSERT_TRUE(std::is_sorted(items.begin(), items.end()));
-      EXPECT_EQ(son->Support, DirectCount(items)) << ::testing::PrintToString(items);
+      EXPECT_EQ(son->Support, DirectCount(data, items)) << ::testing::PrintToString(items);
       ++nodes;
       inLayer += son->Length == layer;
-      EXPECT_TRUE(!selected || son->Length != layer || son->Support >= GMinSup) << "frequent after selection";
+      EXPECT_TRUE(!selected || son->Length != layer || son->Support >= run.GMinSup) << "frequent after selection";
       int live = 0;
       for (size_t i = 0; son->Length >= 2 && i < items.size(); ++i) {
         Ints rest = items;
         rest.erase(rest.begin() + static_cast<long>(i));
-        EXPECT_EQ(son->SubSupport[i], DirectCount(rest)) << ::testing::PrintToString(items) << " without " << i;
+        EXPECT_EQ(son->SubSupport[i], DirectCount(data, rest)) << ::testing::PrintToString(items) << " without " << i;
         ASSERT_NE(son->SubNode[i], nullptr);
         EXPECT_EQ(ItemsOf(son->SubNode[i]), rest);
         live += son->TargetFlag[i] != 0;
@@ -57,52 +57,51 @@ class BruteForce : public testing_support::MinerTest, public ::testing::WithPara
   // Checks the tree and the rules; returns the number of nodes of the layer.
   int Check(int layer, bool selected) {
     int nodes = 0, inLayer = 0;
-    Walk(AllSet, layer, selected, nodes, inLayer);
-    EXPECT_EQ(nodes, TreeSize) << "the node count";
-    for (const RuleRecord* r = RuleSet->First; selected && r; r = r->Next) {
+    Walk(run.Tree.AllSet, layer, selected, nodes, inLayer);
+    EXPECT_EQ(nodes, run.Tree.TreeSize) << "the node count";
+    for (const RuleRecord* r = run.Rules.First; selected && r; r = r->Next) {
       Ints all = testing_support::AntecedentOf(r);
-      EXPECT_EQ(r->AntSupp, DirectCount(all));
+      EXPECT_EQ(r->AntSupp, DirectCount(data, all));
       all.push_back(r->Target);
-      EXPECT_EQ(r->Supp, DirectCount(all));
-      EXPECT_EQ(r->TargetSupp, DirectCount({r->Target}));
+      EXPECT_EQ(r->Supp, DirectCount(data, all));
+      EXPECT_EQ(r->TargetSupp, DirectCount(data, {r->Target}));
       EXPECT_FLOAT_EQ(r->Conf, static_cast<float>(static_cast<double>(r->Supp) / r->AntSupp));
-      EXPECT_GE(r->Supp, GMinSup);
-      EXPECT_TRUE(Ass ? static_cast<double>(r->Supp) / r->AntSupp >= MinConf : r->Len > 1 || r->Supp == r->AntSupp)
+      EXPECT_GE(r->Supp, run.GMinSup);
+      EXPECT_TRUE(ass_ ? static_cast<double>(r->Supp) / r->AntSupp >= 0.6f : r->Len > 1 || r->Supp == r->AntSupp)
           << "confident rules; without -a, only perfect one-item rules";
     }
     return inLayer;
   }
+  int ass_ = 0;
 };
 
 TEST_P(BruteForce, EveryCountMatchesTheData) {
   const auto [seed, minSup, complete] = GetParam();
   const testing_support::SyntheticSet set = testing_support::MakeSyntheticSet(seed, 60 + seed * 7);
   Load(set.names, set.data);
-  ASSERT_EQ(MaxData, set.cases);
-  MinConf = 0.6f;
-  Ass = complete ? 1 : 0;
+  ASSERT_EQ(data.MaxData, set.cases);
+  ass_ = complete ? 1 : 0;
   BuildFirstLayers(minSup);
+  const SelectionSettings settings = Selection(0.6f, ass_);
   Check(2, false);
-  Capture([] { RuleSelectANdPruning(AllSet, 2); });
+  RuleSelectANdPruning(run.Tree, run.Tree.AllSet, 2, settings, run.Counts, run.Rules);
   Check(2, true);
   int layers = 2;
   for (int layer = 3; layer <= 5 && !HasFailure(); ++layer) {
-    int made = 0;
-    Capture([&made, layer] { made = CandidateGen(AllSet, layer); });
-    if (made == 0) break;
+    if (CandidateGen(run.Tree, run.Tree.AllSet, layer, settings.Dump) == 0) break;
     if (seed % 2) {
       // The row sweep, which counts when the per-item row sets do not fit.
-      for (int r = 0; r < MaxData; ++r) CountbyTree(AllSet, DataSpace[r], layer);
+      for (int r = 0; r < data.MaxData; ++r) CountbyTree(run.Tree.AllSet, data.DataSpace[r], layer, data.RealAtt);
     } else {
-      Verification(AllSet, layer);
+      Verification(run.Tree.AllSet, layer, data);
     }
     EXPECT_GT(Check(layer, false), 0) << "layer " << layer;
-    Capture([layer] { RuleSelectANdPruning(AllSet, layer); });
+    RuleSelectANdPruning(run.Tree, run.Tree.AllSet, layer, settings, run.Counts, run.Rules);
     Check(layer, true);
     layers = layer;
   }
   EXPECT_GE(layers, 3) << "the generated sets are meant to reach layer 3";
-  EXPECT_GT(RuleSet->NumOfRules, 0);
+  EXPECT_GT(run.Rules.NumOfRules, 0);
 }
 
 INSTANTIATE_TEST_SUITE_P(Seeds, BruteForce,

@@ -8,9 +8,7 @@
 
 namespace {
 
-using testing_support::Capture;
 using testing_support::FlagsOf;
-using testing_support::NodeOf;
 using Ints = std::vector<int>;
 
 // Layer 1 {1}, {3}, {5}, {8}; layer 2 {1,3}, {1,5}, {1,8} and, when asked,
@@ -18,29 +16,28 @@ using Ints = std::vector<int>;
 class CandidateTest : public testing_support::MinerTest {
  protected:
   void Build(bool with35 = true) {
-    MaxItem = 8;
-    RealAtt = 4;
-    MaxData = 10;
-    GMinSup = 1;
-    Capture([with35] {
-      InitialCount();
-      for (int item : {1, 3, 5, 8}) Counter1[item] = 6;
-      Counter2[1][3] = 4;
-      Counter2[1][5] = 5;
-      Counter2[1][8] = 3;
-      Counter2[3][5] = with35 ? 2 : 0;
-      AllSet = static_cast<TreeNode*>(XCalloc(1, sizeof(TreeNode)));
-      InitWholeTree(AllSet);
-    });
+    data.MaxItem = 8;
+    data.RealAtt = 4;
+    data.MaxData = 10;
+    run.GMinSup = 1;
+    InitialCount(run.Counts, data);
+    for (int item : {1, 3, 5, 8}) run.Counts.Counter1[item] = 6;
+    run.Counts.Counter2[1][3] = 4;
+    run.Counts.Counter2[1][5] = 5;
+    run.Counts.Counter2[1][8] = 3;
+    run.Counts.Counter2[3][5] = with35 ? 2 : 0;
+    InitWholeTree(run.Tree, run.Tree.NewRoot(), run.Counts, data, run.GMinSup, out.file());
+    out.Take();
   }
-  static void SetFlags(const Ints& items, const Ints& flags) {
+  TreeNode* NodeOf(const Ints& items) { return testing_support::NodeOf(run.Tree, items); }
+  void SetFlags(const Ints& items, const Ints& flags) {
     TreeNode* node = NodeOf(items);
     node->NumOfTarget = 0;
     for (size_t i = 0; i < flags.size(); ++i) node->NumOfTarget += (node->TargetFlag[i] = flags[i]) != 0;
   }
-  static int Generate(int layer) {
-    int result = 0;
-    EXPECT_EQ(Capture([&] { result = CandidateGen(AllSet, layer); }).output, "");
+  int Generate(int layer) {
+    const int result = CandidateGen(run.Tree, run.Tree.AllSet, layer, DebugDump{0, out.file()});
+    EXPECT_EQ(out.Take(), "");
     return result;
   }
 };
@@ -48,9 +45,9 @@ class CandidateTest : public testing_support::MinerTest {
 TEST_F(CandidateTest, WorkedExample) {
   Build();
   SetFlags({3, 5}, {1, 0});
-  const int before = TreeSize;
+  const int before = run.Tree.TreeSize;
   EXPECT_EQ(Generate(3), 1);
-  EXPECT_EQ(TreeSize, before + 1);
+  EXPECT_EQ(run.Tree.TreeSize, before + 1);
   TreeNode* triple = NodeOf({1, 3, 5});
   ASSERT_NE(triple, nullptr);
   EXPECT_EQ(FlagsOf(triple), (Ints{1, 1, 0}));  // the subset's dead target
@@ -65,7 +62,7 @@ TEST_F(CandidateTest, WorkedExample) {
 TEST_F(CandidateTest, MissingOrEmptySubsetMakesNoCandidate) {
   Build(false);
   EXPECT_EQ(Generate(3), 0);
-  LinkSon(NodeOf({3}), NewEmptyNode(NodeOf({3}), 5));
+  LinkSon(NodeOf({3}), NewEmptyNode(run.Tree, NodeOf({3}), 5, data.MaxItem));
   ASSERT_NE(NodeOf({3, 5}), nullptr);
   EXPECT_EQ(Generate(3), 0);
   EXPECT_EQ(NodeOf({1, 3})->NumOfSon, 0);
@@ -88,7 +85,6 @@ TEST_F(CandidateTest, LiveTargetsAndPerfectMarks) {
       {{}, {{1, 3, 0, 0}, {1, 5, 0, 0}, {1, 8, 1, 0}}, {}, 0},
   };
   for (const auto& c : cases) {
-    Fresh();
     Build();
     if (!c.marked.empty()) NodeOf(c.marked)->Token = 2;
     for (const Ints& s : c.set) SetFlags({s[0], s[1]}, {s[2], s[3]});
@@ -100,8 +96,8 @@ TEST_F(CandidateTest, LiveTargetsAndPerfectMarks) {
     EXPECT_EQ(triple->Token, c.token);
   }
   // The last case, permanently empty, is told in the debug mode.
-  Debug = 1;
-  EXPECT_EQ(Capture([] { CandidateGen(AllSet, 3); }).output,
+  CandidateGen(run.Tree, run.Tree.AllSet, 3, DebugDump{1, out.file()});
+  EXPECT_EQ(out.Take(),
             "Permenately empty: Tmp1 node = 3, length = 2, numofsonbak = 3"
             " Node=3: Last-1 = 0 Last=0, Node=5: Last-1 = 0 Last=0, Node=8: Last-1 = 1 Last=0,");
 }

@@ -7,11 +7,11 @@
 #include <string>
 
 #include "miner_fixture.h"
+#include "output/csv.h"
 
 namespace {
 
 using testing_support::AddRule;
-using testing_support::Capture;
 using testing_support::Outcome;
 using testing_support::ReadFile;
 
@@ -20,17 +20,20 @@ const std::string kHeader =
     "target, value, att1, value1, att2, value2, att3, value3, att4, value4, att5, value5, att6, value 6\n";
 
 TEST(ChiSquare, PearsonStatisticOfATwoByTwoTable) {
-  float chi = 0;
-  EXPECT_EQ(Capture([&chi] { chi = ChisquareTest(30, 0, 20, 50); }).output, "");
+  testing_support::OutputBuffer out;
+  float chi = ChisquareTest(30, 0, 20, 50, out.file());
+  EXPECT_EQ(out.Take(), "");
   char text[32];
   std::snprintf(text, sizeof text, "%f", chi);
   EXPECT_STREQ(text, "42.857143");
-  EXPECT_FLOAT_EQ(ChisquareTest(10, 20, 30, 40), ChisquareTest(40, 30, 20, 10));
-  EXPECT_FLOAT_EQ(ChisquareTest(5, 5, 5, 5), 0.0f);
+  EXPECT_FLOAT_EQ(ChisquareTest(10, 20, 30, 40, out.file()), ChisquareTest(40, 30, 20, 10, out.file()));
+  EXPECT_FLOAT_EQ(ChisquareTest(5, 5, 5, 5, out.file()), 0.0f);
   // Degenerate tables: no case at all, or the target in every case.
-  EXPECT_EQ(Capture([&chi] { chi = ChisquareTest(0, 0, 0, 0); }).output, "exit 1 \n");
+  chi = ChisquareTest(0, 0, 0, 0, out.file());
+  EXPECT_EQ(out.Take(), "exit 1 \n");
   EXPECT_EQ(chi, 10000.0f);
-  EXPECT_EQ(Capture([&chi] { chi = ChisquareTest(30, 0, 70, 0); }).output,
+  chi = ChisquareTest(30, 0, 70, 0, out.file());
+  EXPECT_EQ(out.Take(),
             "exit 2 30.000000, 0.000000, 70.000000, 0.000000 \n");
   EXPECT_EQ(chi, 10000.0f);
 }
@@ -39,14 +42,14 @@ TEST(ChiSquare, PearsonStatisticOfATwoByTwoTable) {
 class CsvTest : public testing_support::MinerTest {
  protected:
   void SetUp() override {
-    MinerTest::SetUp();
     ASSERT_EQ(Read("yes, no.\ncolour: red, dark\\, blue.\nsize: s, m.\n").status, -1);
-    MaxData = 100;
-    MinConf = 0.75f;
-    InitRuleSet();
+    data.MaxData = 100;
+    InitRuleSet(run.Rules);
   }
   Outcome Write(float support = 0.1f) {
-    return Capture([this, support] { result_ = Write2CSVfile(File(), support); });
+    const Status status = Write2CSVfile(File(), support, 0.75f, run.Rules, data, out.file());
+    result_ = status.ok() ? 0 : status.exit_status();
+    return Settle(status);
   }
   std::string File() const { return dir_ / "outrule.csv"; }
   std::string Head(int rules, const char* support = "0.100000") const {
@@ -60,10 +63,10 @@ TEST_F(CsvTest, RuleLines) {
   EXPECT_EQ(Write(0.25f).output, "");
   EXPECT_EQ(result_, 0);
   EXPECT_EQ(ReadFile(File()), Head(0, "0.250000"));
-  AddRule({1, 3}, 5, 30, 1.0f, 30, 50);
-  AddRule({}, 6, 40, 0.4f, 100, 40);     // empty antecedent: an empty column margin
-  AddRule({2}, 6, 12, 0.75f, 16, 40);    // a name holding a comma, written as it is
-  AddRule({1, 4, 2, 3, 1, 4, 2}, 5, 5, 0.625f, 8, 60);  // more items than the header names
+  AddRule(run.Rules, {1, 3}, 5, 30, 1.0f, 30, 50);
+  AddRule(run.Rules, {}, 6, 40, 0.4f, 100, 40);     // empty antecedent: an empty column margin
+  AddRule(run.Rules, {2}, 6, 12, 0.75f, 16, 40);    // a name holding a comma, written as it is
+  AddRule(run.Rules, {1, 4, 2, 3, 1, 4, 2}, 5, 5, 0.625f, 8, 60);  // more items than the header names
   EXPECT_EQ(Write().output, "exit 2 40.000000, 60.000000, 0.000000, 0.000000 \n");
   // Rule 1 is the chi-square example: a 30 b 0 c 20 d 50. Rule 3: a 12 b 4
   // c 28 d 56, lift 100*12/(16*40) = 1.875, leverage 0.12 - 0.064. Rule 4:
@@ -72,19 +75,19 @@ TEST_F(CsvTest, RuleLines) {
 }
 
 TEST_F(CsvTest, ZeroSupportEndsTheExport) {
-  AddRule({1}, 5, 10, 0.5f, 20, 50);
-  AddRule({3}, 5, 0, 0.0f, 0, 50);  // no antecedent support
-  AddRule({4}, 5, 10, 0.5f, 20, 50);
-  Outcome out = Write();
-  EXPECT_EQ(out.status, 0);
-  EXPECT_EQ(out.output, "Devided by zero Write2CSVfile");
+  AddRule(run.Rules, {1}, 5, 10, 0.5f, 20, 50);
+  AddRule(run.Rules, {3}, 5, 0, 0.0f, 0, 50);  // no antecedent support
+  AddRule(run.Rules, {4}, 5, 10, 0.5f, 20, 50);
+  Outcome written = Write();
+  EXPECT_EQ(written.status, 0);
+  EXPECT_EQ(written.output, "Devided by zero Write2CSVfile");
   const std::string file = ReadFile(File());
   EXPECT_EQ(file.substr(file.rfind('\n')), "\n2, ");
   SetUp();
-  AddRule({1}, 5, 0, 0.0f, 20, 0);  // no target support
-  out = Write();
-  EXPECT_EQ(out.status, 0);
-  EXPECT_EQ(out.output, "Devided by zero Write2CSVfile");
+  AddRule(run.Rules, {1}, 5, 0, 0.0f, 20, 0);  // no target support
+  written = Write();
+  EXPECT_EQ(written.status, 0);
+  EXPECT_EQ(written.output, "Devided by zero Write2CSVfile");
   EXPECT_EQ(ReadFile(File()), Head(1) + "1, ");
 }
 

@@ -36,7 +36,6 @@ TEST_F(DataTest, FieldsBecomeCodedCases) {
       {"yes, no.\n", "no\nyes\nmaybe\n", {{2, 0}, {1, 0}, {0, 0}}},
   };
   for (const auto& c : cases) {
-    Fresh();
     Load(c.names, c.data);
     EXPECT_EQ(Rows(), c.rows) << c.data;
   }
@@ -46,15 +45,15 @@ TEST_F(DataTest, ManyCasesKeepTheirOrder) {
   // Crosses the growth of the row array (100 rows), and an attribute with
   // ten thousand values.
   std::string names = "yes, no.\nid: ";
-  std::string data;
+  std::string cases;
   for (int v = 1; v <= 10000; ++v) {
     names += "n" + std::to_string(v) + (v < 10000 ? ", " : ".\n");
-    data += "n" + std::to_string(10001 - v) + (v % 3 ? ",yes\n" : ",no\n");
+    cases += "n" + std::to_string(10001 - v) + (v % 3 ? ",yes\n" : ",no\n");
   }
-  Load(names, data);
-  ASSERT_EQ(MaxData, 10000);
-  EXPECT_EQ(MaxItem, 10002);
-  for (int i = 0; i < MaxData; ++i) ASSERT_EQ(Row(i), (std::vector<int>{10000 - i, (i + 1) % 3 ? 10001 : 10002, 0}));
+  Load(names, cases);
+  ASSERT_EQ(data.MaxData, 10000);
+  EXPECT_EQ(data.MaxItem, 10002);
+  for (int i = 0; i < data.MaxData; ++i) ASSERT_EQ(Row(i), (std::vector<int>{10000 - i, (i + 1) % 3 ? 10001 : 10002, 0}));
 }
 
 }  // namespace

@@ -1,16 +1,18 @@
 // The discretiser in-process: sorting, the worked interval examples, the
-// fast merge checked against a plain walk of every pair in every pass, and
-// the recoding of columns with unknown, single and missing values.
+// fast merge checked against a plain walk of every pair in every pass, the
+// recoding of columns with unknown, single and missing values, the item
+// limit, and the categorical pair it writes.
 #include <gtest/gtest.h>
+
+#include <unistd.h>
 
 #include <algorithm>
 #include <cmath>
 #include <random>
 #include <tuple>
 
-#include "readfile/discretise.h"
-#include "rule.h"
-#include "test_support.h"
+#include "discretiser/discretise.h"
+#include "miner_fixture.h"
 
 using namespace testing_support;
 
@@ -99,50 +101,105 @@ TEST(Discretiser, FastMergeMatchesThePlainWalkOfEveryPass) {
   }
 }
 
-// Reads a names/data pair written into a fresh folder and discretises it.
-class DiscretiseRun : public ::testing::Test {
+// Reads a names/data pair (continuous attributes accepted) and discretises it.
+class DiscretiseRun : public MinerTest {
  protected:
-  void TearDown() override { ResetRun(); }
-  void Run(const std::string& names, const std::string& data, int minSup) {
-    ResetRun();
-    WriteFile(dir_ / "t.names", names);
-    WriteFile(dir_ / "t.data", data);
-    FileName = dir_ / "t";
-    GetNames(true);
-    ReadData(".data");
-    GMinSup = minSup;
-    Discretion();
+  Outcome Run(const std::string& names, const std::string& text, int minSup) {
+    WriteNames(names);
+    WriteData(text);
+    data = DataSet();
+    Status status = GetNames(data, Stem(), errors, true);
+    if (status.ok()) status = ReadData(data, ".data", errors);
+    if (status.ok()) status = DiscretiseAttributes(data, minSup, &cuts_);
+    return Settle(status);
   }
-  std::vector<int> Column(int c) {
+  void Cut(const std::string& names, const std::string& text, int minSup) {
+    const Outcome outcome = Run(names, text, minSup);
+    ASSERT_EQ(outcome.status, -1) << outcome.output;
+  }
+  std::vector<int> Column(int c) const {
     std::vector<int> codes;
-    for (int i = 0; i < MaxData; ++i) codes.push_back(DataSpace[i][c]);
+    for (int i = 0; i < data.MaxData; ++i) codes.push_back(data.DataSpace[i][c]);
     return codes;
   }
-  TempDir dir_;
+  std::vector<CutAttribute> cuts_;
 };
 
 TEST_F(DiscretiseRun, NewItemsFollowTheClassItemsAndUnknownValuesStayUnknown) {
-  Run("yes, no.\nx: continuous.\n", "0,yes\n1,no\n2,yes\n3,no\n100,yes\n?,no\n", 1);
-  EXPECT_EQ(MaxItem, 4);
-  EXPECT_EQ(ItemRecord[2]->AttributeName, "Class");
-  EXPECT_EQ(ItemRecord[3]->ValueName, "[0.00, 51.50]");
-  EXPECT_EQ(ItemRecord[4]->AttributeName, "x");
-  EXPECT_EQ(Attribute[4], 0);
+  Cut("yes, no.\nx: continuous.\n", "0,yes\n1,no\n2,yes\n3,no\n100,yes\n?,no\n", 1);
+  EXPECT_EQ(data.MaxItem, 4);
+  EXPECT_EQ(data.ItemRecord[2]->AttributeName, "Class");
+  EXPECT_EQ(data.ItemRecord[3]->ValueName, "[0.00, 51.50]");
+  EXPECT_EQ(data.ItemRecord[4]->AttributeName, "x");
+  EXPECT_EQ(data.Attribute[4], 0);
   EXPECT_EQ(Column(0), (std::vector<int>{3, 3, 3, 3, 4, 0}));
   EXPECT_EQ(Column(1), (std::vector<int>{1, 2, 1, 2, 1, 2}));
+  ASSERT_EQ(cuts_.size(), 1u);
+  EXPECT_EQ(cuts_[0].FirstCode, 3);
+  EXPECT_TRUE(data.RawDataSpace.empty());
 }
 
 TEST_F(DiscretiseRun, OneValueAndNoValueAttributesAndIgnoredColumns) {
-  Run("a, b.\nid: ignore.\nc: r, g.\none: continuous.\nnone: continuous.\nw: continuous.\n",
+  Cut("a, b.\nid: ignore.\nc: r, g.\none: continuous.\nnone: continuous.\nw: continuous.\n",
       "1,r,7.5,?,-1,a\n2,g,7.5,?,inf,b\n3,r,?,?,2,a\n4,g,7.5,?,2,b\n", 0);
-  EXPECT_EQ(MaxItem, 6);  // c: 1-2, classes 3-4, "one": 5, "w": 6, "none": nothing
-  EXPECT_EQ(ItemRecord[5]->ValueName, "[7.50, 7.50]");
-  EXPECT_EQ(Attribute[5], 1);
-  EXPECT_EQ(ItemRecord[6]->ValueName, "[2.00, 2.00]");
-  EXPECT_EQ(Attribute[6], 3);
+  EXPECT_EQ(data.MaxItem, 6);  // c: 1-2, classes 3-4, "one": 5, "w": 6, "none": nothing
+  EXPECT_EQ(data.ItemRecord[5]->ValueName, "[7.50, 7.50]");
+  EXPECT_EQ(data.Attribute[5], 1);
+  EXPECT_EQ(data.ItemRecord[6]->ValueName, "[2.00, 2.00]");
+  EXPECT_EQ(data.Attribute[6], 3);
   EXPECT_EQ(Column(1), (std::vector<int>{5, 5, 0, 5}));
   EXPECT_EQ(Column(2), (std::vector<int>{0, 0, 0, 0}));
   EXPECT_EQ(Column(3), (std::vector<int>{0, 0, 6, 6}));  // -1 and inf are unknown
+  ASSERT_EQ(cuts_.size(), 3u);
+  EXPECT_EQ(cuts_[1].FirstCode, 0);  // "none": no interval
+}
+
+// One interval per distinct value passes the item limit of the data space:
+// the status names the data file, and nothing is coded.
+TEST_F(DiscretiseRun, IntervalItemsPastTheItemLimitAreRefused) {
+  std::string text;
+  for (int i = 0; i < MaxCodableItem; ++i) text += std::to_string(i) + ",y\n";
+  const Outcome outcome = Run("y, n.\nx: continuous.\n", text, 0);
+  EXPECT_EQ(outcome.status, 1);
+  EXPECT_EQ(outcome.output, "\nERROR:  " + Stem() + ".data declares 32769 items; at most 32767 can be coded\n");
+  EXPECT_TRUE(data.DataSpace.empty());
+}
+
+// The categorical pair: cut attributes with their spellings, the others, the
+// ignored ones and the class as declared; it reads back as the same cases.
+TEST_F(DiscretiseRun, CategoricalPairReadsBackAsTheSameCases) {
+  Cut("a, b.\nid: ignore.\nc: r, g.\nx: continuous.\nnone: continuous.\n", "1,r,0,?,a\n2,g,1,?,b\n3,?,10,?,a\n",
+      0);
+  const std::string copy = dir_ / "copy";
+  ASSERT_TRUE(WriteCategoricalPair(data, copy, cuts_).ok());
+  EXPECT_EQ(ReadFile(copy + ".names"),
+            "| Continuous attributes cut into intervals LOW..HIGH by rule-discretise.\n\n"
+            "a, b.\n\nid: ignore.\nc: r, g.\nx: 0.00..0.50, 0.50..5.50, 5.50..12.50.\nnone: ignore.\n");
+  EXPECT_EQ(ReadFile(copy + ".data"), "?,r,0.00..0.50,?,a\n?,g,0.50..5.50,?,b\n?,?,5.50..12.50,?,a\n");
+  DataSet again;
+  ASSERT_TRUE(GetNames(again, copy, errors).ok());
+  ASSERT_TRUE(GetData(again, ".data", errors).ok());
+  EXPECT_EQ(again.MaxData, 3);
+  EXPECT_EQ(again.ItemRecord[again.DataSpace[2][1]]->ValueName, "5.50..12.50");
+}
+
+// A file that cannot be opened keeps the program's own line; one that cannot
+// be written completely names the file and the reason.
+TEST_F(DiscretiseRun, PairThatCannotBeWrittenFails) {
+  Cut("a, b.\nx: continuous.\n", "1,a\n2,b\n", 0);
+  const std::string missing = dir_ / "no-folder/c";
+  Status status = WriteCategoricalPair(data, missing, cuts_);
+  EXPECT_EQ(status.exit_status(), 1);
+  EXPECT_EQ(status.message(), "rule-discretise: cannot write " + missing + ".names: No such file or directory\n");
+  const std::string full = dir_ / "full";
+  for (const char* extension : {".names", ".data"}) {
+    std::remove((full + ".names").c_str());
+    std::remove((full + ".data").c_str());
+    ASSERT_EQ(symlink("/dev/full", (full + extension).c_str()), 0);
+    status = WriteCategoricalPair(data, full, cuts_);
+    EXPECT_EQ(status.exit_status(), 1);
+    EXPECT_EQ(status.message(), "\nERROR:  cannot write file " + full + extension + ": No space left on device\n");
+  }
 }
 
 }  // namespace

@@ -72,6 +72,21 @@ TEST(ProgramEnds, BannerDateAndUnwritableRuleFile) {
   EXPECT_EQ(output.substr(output.size() - last.size()), last);
 }
 
+// A rule file that cannot be written completely is named with the reason,
+// where a good run's console would otherwise end.
+TEST(ProgramEnds, RuleFileOnAFullDevice) {
+  if (!FileExists("/dev/full")) GTEST_SKIP() << "no /dev/full here";
+  TempDir dir;
+  for (const char* file : {"t.names", "t.data"}) std::filesystem::copy(kFixtures + "runs/" + file, dir / file);
+  std::filesystem::create_symlink("/dev/full", dir / "trule.csv");
+  const ProgramRun run = RunProgram("rule", "-f t", dir.path());
+  EXPECT_EQ(run.status, 1);
+  const std::string last = "\n the running time is T \n\nERROR:  cannot write file trule.csv: No space left on device\n";
+  const std::string output = testing_support::MaskRun(run.output);
+  ASSERT_GE(output.size(), last.size()) << output;
+  EXPECT_EQ(output.substr(output.size() - last.size()), last);
+}
+
 TEST(SharedDataSets, ReferenceOutputsAreReproduced) {
   const std::string script = testing_support::SharedDir() + "/expected/compare.sh";
   if (!FileExists(script) || !FileExists(testing_support::SharedDir() + "/data/vote.names"))

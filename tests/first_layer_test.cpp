@@ -12,43 +12,42 @@ using Ints = std::vector<int>;
 
 using FirstLayer = testing_support::MinerTest;
 
-Ints Layer1Items() {
+Ints Layer1Items(const CandidateTree& tree) {
   Ints items;
-  for (int s = 0; s < AllSet->NumOfSon; ++s) items.push_back(AllSet->Son[s]->Item);
+  for (int s = 0; s < tree.AllSet->NumOfSon; ++s) items.push_back(tree.AllSet->Son[s]->Item);
   return items;
 }
 
 // Items 1, 2 (first attribute), 3, 4 (second) and classes 5, 6.
 TEST_F(FirstLayer, WorkedExample) {
   SetRows(6, 3, {{1, 3, 5}, {1, 4, 5}, {2, 3, 5}});
-  EXPECT_EQ(BuildFirstLayers(2).output, "The first layer tree size is 3 \n");
-  EXPECT_EQ(Ints(Counter1, Counter1 + 8), (Ints{0, 2, 1, 2, 1, 3, 0, 0}));
-  EXPECT_EQ((Ints{Counter2[1][3], Counter2[1][5], Counter2[3][5], Counter2[2][5]}), (Ints{1, 2, 2, 1}));
-  EXPECT_EQ(Counter2[5][1] + Counter2[1][2], 0);  // pairs in column order, one value per attribute
-  EXPECT_EQ(Layer1Items(), (Ints{1, 3, 5}));
-  EXPECT_EQ(AllSet->Support, 3);
-  EXPECT_EQ(AllSet->SonCapacity, 7);
-  TreeNode* p15 = NodeOf({1, 5});
+  EXPECT_EQ(BuildFirstLayers(2), "The first layer tree size is 3 \n");
+  EXPECT_EQ(Ints(run.Counts.Counter1, run.Counts.Counter1 + 8), (Ints{0, 2, 1, 2, 1, 3, 0, 0}));
+  EXPECT_EQ((Ints{run.Counts.Counter2[1][3], run.Counts.Counter2[1][5], run.Counts.Counter2[3][5], run.Counts.Counter2[2][5]}), (Ints{1, 2, 2, 1}));
+  EXPECT_EQ(run.Counts.Counter2[5][1] + run.Counts.Counter2[1][2], 0);  // pairs in column order, one value per attribute
+  EXPECT_EQ(Layer1Items(run.Tree), (Ints{1, 3, 5}));
+  EXPECT_EQ(run.Tree.AllSet->Support, 3);
+  EXPECT_EQ(run.Tree.AllSet->SonCapacity, 7);
+  TreeNode* p15 = NodeOf(run.Tree, {1, 5});
   ASSERT_NE(p15, nullptr);
-  ASSERT_NE(NodeOf({3, 5}), nullptr);
-  EXPECT_EQ(NodeOf({1, 3}), nullptr);  // seen together once only
+  ASSERT_NE(NodeOf(run.Tree, {3, 5}), nullptr);
+  EXPECT_EQ(NodeOf(run.Tree, {1, 3}), nullptr);  // seen together once only
   EXPECT_EQ(p15->Support, 2);
   EXPECT_EQ(testing_support::FlagsOf(p15), (Ints{1, 1}));
   EXPECT_EQ((Ints{p15->SubSupport[0], p15->SubSupport[1]}), (Ints{3, 2}));
-  EXPECT_EQ(TreeSize, 5);
+  EXPECT_EQ(run.Tree.TreeSize, 5);
 }
 
 TEST_F(FirstLayer, ThresholdIsInclusiveAndUnknownIsNoItem) {
   SetRows(6, 3, {{1, 3, 5}, {1, 4, 5}, {2, 3, 5}});
   BuildFirstLayers(3);
-  EXPECT_EQ(Layer1Items(), (Ints{5}));  // count 3 kept, count 2 not
-  EXPECT_EQ(TreeSize, 1);
-  Fresh();
+  EXPECT_EQ(Layer1Items(run.Tree), (Ints{5}));  // count 3 kept, count 2 not
+  EXPECT_EQ(run.Tree.TreeSize, 1);
   SetRows(4, 2, {{0, 3}, {0, 3}, {0, 4}, {1, 3}});
   BuildFirstLayers(1);
-  EXPECT_EQ(Counter1[0], 3);
-  EXPECT_EQ(Layer1Items(), (Ints{1, 3, 4}));
-  EXPECT_EQ(TreeSize, 4);
+  EXPECT_EQ(run.Counts.Counter1[0], 3);
+  EXPECT_EQ(Layer1Items(run.Tree), (Ints{1, 3, 4}));
+  EXPECT_EQ(run.Tree.TreeSize, 4);
 }
 
 }  // namespace

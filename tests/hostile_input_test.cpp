@@ -20,15 +20,13 @@ using HostileReader = testing_support::MinerTest;
 
 TEST_F(HostileReader, FilesOfDelimitersOnly) {
   const char names[] = "yes, no.\nA: a, d.\nB: b, e.\n";
-  for (const std::string& data : {std::string(","), std::string(",,,,,,"), std::string(1000, '\n'),
+  for (const std::string& text : {std::string(","), std::string(",,,,,,"), std::string(1000, '\n'),
                                   "|" + std::string(5000, 'x'), std::string("\\"),
                                   std::string(" \t\n\n  | a comment, with: separators\n\t\t\n")}) {
-    Fresh();
-    Load(names, data);
-    EXPECT_EQ(Rows(), std::vector<std::vector<int>>(data == ",,,,,," ? 2 : 0, {0, 0, 0, 0})) << data.substr(0, 9);
+    Load(names, text);
+    EXPECT_EQ(Rows(), std::vector<std::vector<int>>(text == ",,,,,," ? 2 : 0, {0, 0, 0, 0})) << text.substr(0, 9);
   }
   for (const char* text : {",", ":", ",,,\n:::\n", ".", "\\", "yes, no.\n:\n", "yes, no.\n: a, b.\n"}) {
-    Fresh();
     EXPECT_NE(Read(text).status, 0) << text;  // refused (1) or read (-1), never a crash
   }
 }

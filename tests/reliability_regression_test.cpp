@@ -5,23 +5,19 @@
 #include <string>
 #include <vector>
 
+#include "discretiser/discretise.h"
 #include "miner_fixture.h"
-#include "readfile.h"
-#include "readfile/discretise.h"
-#include "rule.h"
 
 namespace {
 
-using testing_support::Capture;
 using testing_support::MinerTest;
-using testing_support::Outcome;
 
 using ReliabilityRegression = MinerTest;
 
 // The class names, then the values of the first attribute, as read.
-std::vector<std::string> DeclaredNames() {
-  std::vector<std::string> names = ClassName;
-  for (const AttCodeEntry* e = AttCode[0]; e; e = e->Next) names.push_back(e->Name);
+std::vector<std::string> DeclaredNames(const DataSet& data) {
+  std::vector<std::string> names = data.ClassName;
+  for (const AttCodeEntry* e = data.AttCode[0]; e; e = e->Next) names.push_back(e->Name);
   return names;
 }
 
@@ -33,31 +29,23 @@ TEST_F(ReliabilityRegression, CategoricalCopyKeepsNulBytesInNames) {
   static const char dataText[] = "a\0b,1,p\0q\nc,2,r\n";
   WriteNames(std::string(namesText, sizeof namesText - 1));
   WriteData(std::string(dataText, sizeof dataText - 1));
-  std::vector<std::string> before;
-  Outcome cut = Capture([&] {
-    GetNames(true);
-    ReadData(".data");
-    std::vector<CutAttribute> cuts;
-    DiscretiseAttributes(&cuts);
-    before = DeclaredNames();
-    std::string error;
-    ASSERT_TRUE(WriteCategoricalPair(Stem() + "-cut", cuts, &error)) << error;
-  });
-  ASSERT_EQ(cut.status, -1) << cut.output;
+  ASSERT_TRUE(GetNames(data, Stem(), errors, true).ok());
+  ASSERT_TRUE(ReadData(data, ".data", errors).ok());
+  std::vector<CutAttribute> cuts;
+  ASSERT_TRUE(DiscretiseAttributes(data, 0, &cuts).ok());
+  const std::vector<std::string> before = DeclaredNames(data);
+  const Status written = WriteCategoricalPair(data, Stem() + "-cut", cuts);
+  ASSERT_TRUE(written.ok()) << written.message();
   ASSERT_EQ(before, (std::vector<std::string>{std::string("p\0q", 3), "r", std::string("a\0b", 3), "c"}));
 
-  ResetRun();
-  EndRunThrows = true;
-  FileName = Stem() + "-cut";
-  Outcome reread = Capture([] {
-    GetNames();
-    GetData(".data");
-  });
-  ASSERT_EQ(reread.status, -1) << reread.output;
-  EXPECT_EQ(DeclaredNames(), before);
-  ASSERT_EQ(MaxData, 2);
-  EXPECT_EQ(ItemRecord[DataSpace[0][0]]->ValueName, std::string("a\0b", 3));
-  EXPECT_EQ(ItemRecord[DataSpace[0][2]]->ValueName, std::string("p\0q", 3));
+  DataSet reread;
+  ASSERT_TRUE(GetNames(reread, Stem() + "-cut", errors).ok());
+  ASSERT_TRUE(GetData(reread, ".data", errors).ok());
+  EXPECT_EQ(out.Take(), "");
+  EXPECT_EQ(DeclaredNames(reread), before);
+  ASSERT_EQ(reread.MaxData, 2);
+  EXPECT_EQ(reread.ItemRecord[reread.DataSpace[0][0]]->ValueName, std::string("a\0b", 3));
+  EXPECT_EQ(reread.ItemRecord[reread.DataSpace[0][2]]->ValueName, std::string("p\0q", 3));
 }
 
 }  // namespace

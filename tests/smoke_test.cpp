@@ -5,7 +5,7 @@
 #include <climits>
 #include <cmath>
 
-#include "rule.h"
+#include "base/numbers.h"
 
 namespace {
 

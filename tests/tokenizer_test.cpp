@@ -7,7 +7,7 @@
 #include <sstream>
 #include <string>
 
-#include "readfile.h"
+#include "input/readers.h"
 #include "test_support.h"
 
 namespace {
@@ -27,9 +27,10 @@ std::string Tokens(const std::string& text) {
   testing_support::TempDir dir;
   testing_support::WriteFile(dir / "t", text);
   std::FILE* f = std::fopen((dir / "t").c_str(), "r");
+  NameReader in{f, 0};
   std::string tokens, name = "unchanged";
-  while (ReadName(f, name)) tokens += "[" + name + "]" + (Delimiter == 0xFF ? '$' : static_cast<char>(Delimiter));
-  EXPECT_EQ(Delimiter, 0xFF) << "the end of the file sets the end delimiter";
+  while (ReadName(in, name)) tokens += "[" + name + "]" + (in.Delimiter == 0xFF ? '$' : static_cast<char>(in.Delimiter));
+  EXPECT_EQ(in.Delimiter, 0xFF) << "the end of the file sets the end delimiter";
   std::fclose(f);
   return tokens.empty() ? name : tokens;
 }

@@ -1,0 +1,452 @@
+// The companion program rule-classify: trains a first-match classifier from
+// mined class rules, tests a rule file on a data set, and cross-validates.
+//
+// Cross-validation reads the names and data files once; each fold trains and
+// tests on subsets of the one data set. The folds run on up to
+// std::thread::hardware_concurrency() threads; the environment variable
+// RULE_THREADS, when it is a positive whole number, caps that number
+// (RULE_THREADS=1 runs the folds one after another). Each fold prints into a
+// buffer of its own and the buffers are printed in fold order, so the output
+// does not depend on the number of threads.
+#include "rule-classify/classify_command.h"
+
+#include <sys/types.h>
+
+#include <cmath>
+#include <condition_variable>
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <exception>
+#include <mutex>
+#include <new>
+#include <string>
+#include <system_error>
+#include <thread>
+#include <vector>
+
+#include "base/numbers.h"
+#include "common/command_line.h"
+#include "evaluation/evaluation.h"
+#include "input/readers.h"
+#include "output/reports.h"
+
+namespace {
+
+const char kUsage[] =
+    "Usage: rule-classify COMMAND [options]\n"
+    "Commands:\n"
+    "  train   mine a data set and write an ordered classifier to a rule file\n"
+    "  test    classify the cases of a data set with a rule file\n"
+    "  cv      k-fold cross-validation of the classifier on a data set\n"
+    "Run 'rule-classify COMMAND --help' for the options of a command.\n";
+
+const char kMiningOptions[] =
+    "  -s SUPPORT     minimum support, a fraction of the (training) cases (default 0.002)\n"
+    "  -c CONFIDENCE  minimum confidence of a rule, and minimum accuracy of a rule\n"
+    "                 placed in the classifier (default 0.1)\n"
+    "  -l LAYERS      largest itemset mined, antecedent and class together (default 4)\n"
+    "  -r 1|2         keep only rules some case needs: 1 the first right rule of each\n"
+    "                 case, 2 also rules that narrow the shared attributes (default: keep all)\n"
+    "  -d             trim the rules the ordering leaves over: those with LAYERS\n"
+    "                 antecedent items or more go\n";
+
+const char kTrainUsage[] =
+    "Usage: rule-classify train -f STEM [-s SUPPORT] [-c CONFIDENCE] [-l LAYERS] [-r 1|2] [-d] -o RULEFILE\n"
+    "Mines STEM.names and STEM.data, orders the class rules into a first-match\n"
+    "classifier with a default class, writes it to RULEFILE, prints it and its\n"
+    "accuracy on the training cases.\n"
+    "  -f STEM        stem of the names and data files\n"
+    "  -o RULEFILE    rule file to write\n";
+
+const char kTestUsage[] =
+    "Usage: rule-classify test -f STEM -R RULEFILE [--vote]\n"
+    "Classifies the cases of STEM.data with the rules of RULEFILE (written by\n"
+    "rule-classify train for the same names file) and prints the accuracy.\n"
+    "  -f STEM        stem of the names and data files\n"
+    "  -R RULEFILE    rule file to read\n"
+    "  --vote         let up to five covering rules vote, printing one line per case\n";
+
+const char kCvUsage[] =
+    "Usage: rule-classify cv -f STEM [-k FOLDS] [--seed N] [-s SUPPORT] [-c CONFIDENCE] [-l LAYERS] [-r 1|2] [-d]\n"
+    "Cross-validates the classifier on STEM: the cases are dealt into FOLDS folds\n"
+    "stratified by class; each fold is classified by rules mined from the others.\n"
+    "  -f STEM        stem of the names and data files\n"
+    "  -k FOLDS       number of folds, at least 2 (default 10)\n"
+    "  --seed N       seed of the shuffle that deals the folds (default 1)\n";
+
+// Refuses input the command cannot work with; exit status 1.
+int Refuse(std::FILE* out, const std::string& command, const std::string& message) {
+  std::fprintf(out, "rule-classify %s: %s\n", command.c_str(), message.c_str());
+  return kExitRefused;
+}
+
+// Refuses a command line, pointing to the command's help.
+int UsageError(std::FILE* out, const std::string& command, const std::string& message) {
+  Refuse(out, command, message);
+  std::fprintf(out, "Run 'rule-classify %s --help' for its options.\n", command.c_str());
+  return kExitRefused;
+}
+
+// What is wrong with a command line, in this program's words.
+std::string Describe(const ParseProblem& problem) {
+  if (problem.What == ParseProblem::MissingValue) return "option " + problem.Word + " needs a value";
+  return "unknown argument '" + problem.Word + "'";
+}
+
+// Reads the mining options shared by train and cv into settings.
+std::string MiningSettings(const CommandLine& line, ClassifierSettings& settings) {
+  double number;
+  long long whole;
+  if (const std::string* s = line.Value("-s")) {
+    if (!ParseNumber(*s, number) || number < 0 || number > 1)
+      return "-s needs a support fraction from 0 to 1, not '" + *s + "'";
+    settings.Support = static_cast<float>(number);
+  }
+  if (const std::string* c = line.Value("-c")) {
+    if (!ParseNumber(*c, number) || number < 0 || number > 1)
+      return "-c needs a confidence from 0 to 1, not '" + *c + "'";
+    settings.Confidence = static_cast<float>(number);
+  }
+  if (const std::string* l = line.Value("-l")) {
+    if (!ParseWhole(*l, 2, 64, whole)) return "-l needs a number of layers from 2 to 64, not '" + *l + "'";
+    settings.Layers = static_cast<int>(whole);
+  }
+  if (const std::string* r = line.Value("-r")) {
+    if (!ParseWhole(*r, 1, 2, whole)) return "-r needs 1 or 2, not '" + *r + "'";
+    settings.CompleteMode = static_cast<int>(whole);
+  }
+  settings.DiscardRest = line.Switches.count("-d") > 0;
+  return "";
+}
+
+// Reads the names and data files of the stem into data and labels the cases
+// with their class indexes. The input errors go to out. Returns the exit
+// status of a failure (after saying why, also when there are no cases), or
+// -1 when the cases are ready.
+int LoadCases(std::FILE* out, const std::string& command, const std::string& stem, DataSet& data) {
+  InputErrors errors{out, 0};
+  Status status = GetNames(data, stem, errors);
+  if (status.ok()) status = GetData(data, ".data", errors);
+  if (!status.ok()) {
+    std::fputs(status.message().c_str(), out);
+    return status.exit_status();
+  }
+  if (data.MaxData == 0) return Refuse(out, command, stem + ".data holds no cases");
+  LabelCases(data);
+  return -1;
+}
+
+// The layer report of the miner, printed after each layer of a mining run.
+LayerReport PrintingReport(std::FILE* out) {
+  return [out](int layer, const MinedRules& run) { PrintLayerReport(layer, run, out); };
+}
+
+const std::vector<std::string> kMiningFlags = {"-f", "-s", "-c", "-l", "-r"};
+
+int Train(int argc, char** argv, std::FILE* out) {
+  OptionSpec spec;
+  spec.ValueFlags = kMiningFlags;
+  spec.ValueFlags.push_back("-o");
+  spec.Switches = {"-d"};
+  CommandLine line;
+  const ParseProblem parsed = ParseCommandLine(argc, argv, 2, spec, line);
+  if (line.Help) {
+    std::fprintf(out, "%s%s", kTrainUsage, kMiningOptions);
+    return kExitDone;
+  }
+  if (parsed) return UsageError(out, "train", Describe(parsed));
+  ClassifierSettings settings;
+  const std::string problem = MiningSettings(line, settings);
+  if (!problem.empty()) return UsageError(out, "train", problem);
+  if (!line.Value("-f")) return UsageError(out, "train", "the stem (-f STEM) is missing");
+  if (!line.Value("-o")) return UsageError(out, "train", "the rule file to write (-o RULEFILE) is missing");
+  const std::string ruleFile = *line.Value("-o");
+
+  DataSet data;
+  const int loaded = LoadCases(out, "train", *line.Value("-f"), data);
+  if (loaded >= 0) return loaded;
+  RuleSet rules = BuildClassifier(data, settings, out, PrintingReport(out));
+  const Status written = WriteRule(rules, ruleFile, settings.Confidence, settings.Support, settings.Layers, 0.0f);
+  if (written.kind() == StatusKind::CannotOpen) {
+    std::fputs(written.message().c_str(), out);
+    std::fprintf(out, "rule-classify train: cannot write the rule file %s\n", ruleFile.c_str());
+    return kExitRefused;
+  }
+  if (!written.ok()) {
+    std::fputs(written.message().c_str(), out);
+    return written.exit_status();
+  }
+  PrintClassifier(rules, data, out);
+  TestSingle(rules, data, out);
+  return kExitDone;
+}
+
+int Test(int argc, char** argv, std::FILE* out) {
+  OptionSpec spec;
+  spec.ValueFlags = {"-f", "-R"};
+  spec.Switches = {"--vote"};
+  CommandLine line;
+  const ParseProblem parsed = ParseCommandLine(argc, argv, 2, spec, line);
+  if (line.Help) {
+    std::fprintf(out, "%s", kTestUsage);
+    return kExitDone;
+  }
+  if (parsed) return UsageError(out, "test", Describe(parsed));
+  if (!line.Value("-f")) return UsageError(out, "test", "the stem (-f STEM) is missing");
+  if (!line.Value("-R")) return UsageError(out, "test", "the rule file (-R RULEFILE) is missing");
+  const std::string stem = *line.Value("-f");
+  const std::string ruleFile = *line.Value("-R");
+
+  DataSet data;
+  const int loaded = LoadCases(out, "test", stem, data);
+  if (loaded >= 0) return loaded;
+  RuleSet rules;
+  const Status read = ReadRule(rules, ruleFile, out);
+  if (!read.ok()) {
+    std::fputs(read.message().c_str(), out);
+    if (read.kind() == StatusKind::CannotOpen)
+      std::fprintf(out, "rule-classify test: cannot open the rule file %s\n", ruleFile.c_str());
+    return kExitRefused;
+  }
+  const std::string misfit = RulesMisfit(rules, data);
+  if (!misfit.empty()) {
+    std::fprintf(out, "\nERROR:  rule file %s does not fit %s.names: %s\n", ruleFile.c_str(), stem.c_str(),
+                 misfit.c_str());
+    return kExitRefused;
+  }
+  if (line.Switches.count("--vote")) Testmulti(rules, data, out);
+  else TestSingle(rules, data, out);
+  return kExitDone;
+}
+
+// ---- Cross-validation ----
+
+// Console output kept in memory, to be printed later: a stream whose writes
+// append to a string. (A stream of open_memstream drops what does not fit
+// when its buffer cannot grow, without an error; here a write that cannot
+// be kept marks the buffer as failed.)
+class OutputBuffer {
+ public:
+  OutputBuffer() {
+    cookie_io_functions_t io = {};
+    io.write = &OutputBuffer::Write;
+    file_ = fopencookie(this, "w", io);
+    if (!file_) throw std::bad_alloc();
+  }
+  ~OutputBuffer() {
+    if (file_) std::fclose(file_);
+  }
+  OutputBuffer(const OutputBuffer&) = delete;
+  OutputBuffer& operator=(const OutputBuffer&) = delete;
+
+  std::FILE* file() const { return file_; }
+  // Ends the writing. A buffer that could not keep everything written to it
+  // ran out of memory.
+  void Close() {
+    if (!file_) return;
+    const bool clean = !std::ferror(file_);
+    const bool closed = std::fclose(file_) == 0;
+    file_ = nullptr;
+    if (!clean || !closed || failed_) throw std::bad_alloc();
+  }
+  // Prints what was written (up to the last flush while it is open).
+  void PrintTo(std::FILE* out) const {
+    if (file_) std::fflush(file_);
+    if (!text_.empty()) std::fwrite(text_.data(), 1, text_.size(), out);
+  }
+  // Lets go of the text once it has been printed.
+  void Release() {
+    std::string none;
+    text_.swap(none);
+  }
+
+ private:
+  static ssize_t Write(void* cookie, const char* data, size_t size) {
+    OutputBuffer* buffer = static_cast<OutputBuffer*>(cookie);
+    try {
+      buffer->text_.append(data, size);
+    } catch (const std::bad_alloc&) {
+      buffer->failed_ = true;
+      return 0;
+    }
+    return static_cast<ssize_t>(size);
+  }
+
+  std::string text_;
+  bool failed_ = false;
+  std::FILE* file_ = nullptr;
+};
+
+// The number of threads the folds run on (see the top of this file).
+int FoldThreads(int folds) {
+  long long threads = std::thread::hardware_concurrency();
+  if (threads < 1) threads = 1;
+  long long cap;
+  const char* env = std::getenv("RULE_THREADS");
+  if (env && ParseWhole(env, 1, 1LL << 30, cap) && cap < threads) threads = cap;
+  return static_cast<int>(threads < folds ? threads : folds);
+}
+
+// One fold: its output and how it ended.
+struct FoldRun {
+  OutputBuffer Output;
+  bool Done = false;
+  std::exception_ptr Failure;
+  double Accuracy = 0;
+};
+
+// Runs fold(f, runs[f]) for f = 0 .. count-1 on up to `threads` threads,
+// the folds taken in order, each printing into its own buffer, and prints the buffers to out in fold
+// order as the folds finish. A fold that fails (std::bad_alloc) has its
+// buffer printed as far as it got, after those of the folds before it, and
+// its exception is rethrown here once every thread has stopped.
+template <class Fold>
+void RunFolds(int count, int threads, std::vector<FoldRun>& runs, Fold fold, std::FILE* out) {
+  std::mutex lock;
+  std::condition_variable finished;
+  int next = 0;
+  bool stop = false;
+  auto worker = [&] {
+    for (;;) {
+      int f;
+      {
+        std::lock_guard<std::mutex> guard(lock);
+        if (stop || next >= count) return;
+        f = next++;
+      }
+      FoldRun& run = runs[static_cast<size_t>(f)];
+      try {
+        fold(f, run);
+        run.Output.Close();
+      } catch (...) {
+        run.Failure = std::current_exception();
+      }
+      std::lock_guard<std::mutex> guard(lock);
+      run.Done = true;
+      if (run.Failure) stop = true;
+      finished.notify_all();
+    }
+  };
+  std::vector<std::thread> workers;
+  auto joinAll = [&] {
+    {
+      std::lock_guard<std::mutex> guard(lock);
+      stop = true;
+    }
+    for (std::thread& t : workers) t.join();
+  };
+  try {
+    workers.reserve(static_cast<size_t>(threads));
+    for (int t = 0; t < threads; ++t) workers.emplace_back(worker);
+  } catch (const std::system_error&) {
+    // No more threads to be had: the ones started do the work, or this one.
+    if (workers.empty()) worker();
+  } catch (...) {
+    joinAll();
+    throw;
+  }
+  for (int f = 0; f < count; ++f) {
+    FoldRun& run = runs[static_cast<size_t>(f)];
+    {
+      std::unique_lock<std::mutex> guard(lock);
+      finished.wait(guard, [&] { return run.Done; });
+    }
+    run.Output.PrintTo(out);
+    run.Output.Release();
+    if (run.Failure) {
+      joinAll();
+      std::rethrow_exception(run.Failure);
+    }
+  }
+  joinAll();
+}
+
+int CrossValidate(int argc, char** argv, std::FILE* out) {
+  OptionSpec spec;
+  spec.ValueFlags = kMiningFlags;
+  spec.ValueFlags.push_back("-k");
+  spec.ValueFlags.push_back("--seed");
+  spec.Switches = {"-d"};
+  CommandLine line;
+  const ParseProblem parsed = ParseCommandLine(argc, argv, 2, spec, line);
+  if (line.Help) {
+    std::fprintf(out, "%s%s", kCvUsage, kMiningOptions);
+    return kExitDone;
+  }
+  if (parsed) return UsageError(out, "cv", Describe(parsed));
+  ClassifierSettings settings;
+  const std::string problem = MiningSettings(line, settings);
+  if (!problem.empty()) return UsageError(out, "cv", problem);
+  if (!line.Value("-f")) return UsageError(out, "cv", "the stem (-f STEM) is missing");
+  long long folds = 10;
+  if (const std::string* k = line.Value("-k"))
+    if (!ParseWhole(*k, 2, 1000000, folds))
+      return UsageError(out, "cv", "-k needs a number of folds of at least 2, not '" + *k + "'");
+  long long seed = 1;
+  if (const std::string* n = line.Value("--seed"))
+    if (!ParseWhole(*n, 0, (1LL << 62), seed))
+      return UsageError(out, "cv", "--seed needs a non-negative whole number, not '" + *n + "'");
+  const std::string stem = *line.Value("-f");
+
+  // What reading the files prints (input errors of single cases) is printed
+  // once here and again at the start of every later fold: each fold stands
+  // for a run on the files as read.
+  DataSet data;
+  OutputBuffer reading;
+  const int loaded = LoadCases(reading.file(), "cv", stem, data);
+  reading.Close();
+  reading.PrintTo(out);
+  if (loaded >= 0) return loaded;
+  if (data.MaxData < folds)
+    return Refuse(out, "cv",
+                  stem + ".data holds " + std::to_string(data.MaxData) + " cases, fewer than the " +
+                      std::to_string(folds) + " folds");
+  const std::vector<int> fold =
+      StratifiedFolds(CaseLabels(data), static_cast<int>(folds), static_cast<std::uint64_t>(seed));
+
+  const int count = static_cast<int>(folds);
+  std::vector<FoldRun> runs(static_cast<size_t>(count));
+  RunFolds(
+      count, FoldThreads(count), runs,
+      [&](int f, FoldRun& run) {
+        std::FILE* foldOut = run.Output.file();
+        if (f > 0) reading.PrintTo(foldOut);
+        const FoldSplit split = SplitFold(data, fold, f);
+        RuleSet rules = BuildClassifier(split.Training, settings, foldOut, PrintingReport(foldOut));
+        TestSingle(rules, split.Testing, foldOut);
+        const double accuracy = static_cast<double>(rules.Hits) / split.Testing.MaxData * 100;
+        run.Accuracy = accuracy;
+        std::fprintf(foldOut, "fold %d: %d training cases, %d rules, %d test cases, accuracy = %.2f %%\n", f + 1,
+                     split.Training.MaxData, rules.NumOfRules, split.Testing.MaxData, accuracy);
+      },
+      out);
+
+  double mean = 0;
+  for (const FoldRun& run : runs) mean += run.Accuracy;
+  mean /= static_cast<double>(count);
+  double squares = 0;
+  for (const FoldRun& run : runs) squares += (run.Accuracy - mean) * (run.Accuracy - mean);
+  const double sd = std::sqrt(squares / static_cast<double>(count - 1));
+  std::fprintf(out, "mean accuracy = %.2f %% (sd %.2f)\n", mean, sd);
+  return kExitDone;
+}
+
+}  // namespace
+
+int RunClassify(int argc, char** argv, std::FILE* out) {
+  if (argc < 2) {
+    std::fprintf(out, "%s", kUsage);
+    return kExitRefused;
+  }
+  const std::string command = argv[1];
+  if (command == "--help" || command == "-h" || command == "help") {
+    std::fprintf(out, "%s", kUsage);
+    return kExitDone;
+  }
+  if (command == "train") return Train(argc, argv, out);
+  if (command == "test") return Test(argc, argv, out);
+  if (command == "cv") return CrossValidate(argc, argv, out);
+  std::fprintf(out, "rule-classify: unknown command '%s'\n%s", command.c_str(), kUsage);
+  return kExitRefused;
+}

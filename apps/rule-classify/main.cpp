@@ -1,0 +1,7 @@
+// The classifier companion of the miner: train, test and cross-validate.
+#include "base/console.h"
+#include "rule-classify/classify_command.h"
+
+int main(int argc, char** argv) {
+  return GuardedRun([&] { return RunClassify(argc, argv); });
+}

@@ -1,8 +1,0 @@
-// Cuts the continuous attributes of a data set into intervals and writes a
-// categorical copy that the miner reads.
-#include "readfile/discretise.h"
-#include "rule.h"
-
-int main(int argc, char** argv) {
-  return GuardedRun([&] { return RunDiscretise(argc, argv); });
-}

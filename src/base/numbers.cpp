@@ -1,0 +1,37 @@
+#include "base/numbers.h"
+
+#include <cerrno>
+#include <climits>
+#include <cmath>
+#include <cstdlib>
+
+int TruncateToInt(double value) {
+  // The processor's conversion yields INT_MIN for NaN and out-of-range values.
+  if (!(value > -2147483649.0 && value < 2147483648.0)) return INT_MIN;
+  return static_cast<int>(value);
+}
+
+int ComputeMinSup(int maxData, float fraction) {
+  float product = static_cast<float>(maxData) * fraction;
+  return TruncateToInt(static_cast<double>(product) + 0.5);
+}
+
+float ParseFloat(const char* text) { return static_cast<float>(std::strtod(text, nullptr)); }
+
+int ParseInt(const char* text) { return static_cast<int>(std::strtol(text, nullptr, 10)); }
+
+bool ParseNumber(const std::string& text, double& value) {
+  if (text.empty()) return false;
+  char* end = nullptr;
+  errno = 0;
+  value = std::strtod(text.c_str(), &end);
+  return *end == '\0' && errno == 0 && std::isfinite(value);
+}
+
+bool ParseWhole(const std::string& text, long long low, long long high, long long& value) {
+  if (text.empty()) return false;
+  char* end = nullptr;
+  errno = 0;
+  value = std::strtoll(text.c_str(), &end, 10);
+  return *end == '\0' && errno == 0 && value >= low && value <= high;
+}

@@ -1,0 +1,72 @@
+// The discretiser: the intervals each continuous attribute of a data set is
+// cut into, the interval items that replace its values, and the categorical
+// names/data pair written from them.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "base/status.h"
+#include "input/dataset.h"
+
+// One interval of a continuous attribute while it is being cut: its bounds,
+// the mean and number of the values it holds, and the stored cost of merging
+// it with its upper neighbour.
+struct ContValue {
+  float Low = 0;
+  float High = 0;
+  float Mean = 0;
+  int Count = 0;
+  float MergeCost = 0;
+  ContValue* Prev = nullptr;
+  ContValue* Next = nullptr;
+};
+
+// One continuous attribute after discretisation.
+struct CutAttribute {
+  int Declared = 0;   // declared attribute index
+  int Column = 0;     // real attribute index: its column in a coded row
+  int FirstCode = 0;  // item code of its lowest interval (0 when it has none)
+  std::vector<ContValue> Intervals;  // ascending; Prev and Next are null
+};
+
+// Sorts n values ascending.
+int QuickSort(float* values, int n);
+// A new zero-filled interval after prev (not linked into prev).
+ContValue* AddContValue(ContValue* prev);
+// Unlinks an interval from its neighbours and frees it; returns the next one.
+ContValue* DeleteContValue(ContValue* interval);
+
+// Cuts the known values of one attribute, sorted ascending, into one
+// interval per distinct value and merges neighbours while one of them holds
+// at most minSup cases. The intervals come back in ascending order with
+// their final counts, means and stored merge costs; Prev and Next are null.
+std::vector<ContValue> CutIntervals(const std::vector<float>& sorted, int minSup);
+
+// Cuts every continuous attribute of a data set read with its raw rows
+// (ReadData) into intervals of more than gMinSup cases where it can, adds
+// one item per interval, recodes the columns and codes the rows into
+// DataSpace. What each continuous attribute became is handed back, in
+// declared order, when cuts is not null. Fails when the interval items pass
+// the item limit of the data space.
+Status DiscretiseAttributes(DataSet& data, int gMinSup, std::vector<CutAttribute>* cuts);
+// DiscretiseAttributes without the cuts.
+Status Discretion(DataSet& data, int gMinSup);
+
+// printf-style formatting into a string of whatever length the text needs.
+std::string FormatText(const char* format, ...) __attribute__((format(printf, 1, 2)));
+
+// The name of an interval item: "[%.2f, %.2f]" with its bounds.
+std::string IntervalItemName(float low, float high);
+
+// How the intervals of one attribute are spelt as values of a categorical
+// names file: "LOW..HIGH" with two decimals, more where two intervals would
+// otherwise read the same.
+std::vector<std::string> IntervalSpellings(const std::vector<ContValue>& intervals);
+
+// Writes the tables and the coded data of a discretised data set as the
+// categorical pair outStem.names / outStem.data. A file that cannot be
+// opened gives "rule-discretise: cannot write PATH: REASON" (exit status 1);
+// one that cannot be written completely names the file and the reason
+// (WriteFailure).
+Status WriteCategoricalPair(const DataSet& data, const std::string& outStem, const std::vector<CutAttribute>& cuts);

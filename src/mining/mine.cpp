@@ -1,0 +1,29 @@
+// The layer loop of a mining run.
+#include "mining/mining.h"
+
+void MineLayers(MinedRules& run, const DataSet& data, const MiningOptions& options, std::FILE* out,
+                const LayerReport& report) {
+  TreeNode* root = run.Tree.NewRoot();
+  InitialCount(run.Counts, data);
+  Counting(run.Counts, data);
+  InitRuleSet(run.Rules);
+  InitWholeTree(run.Tree, root, run.Counts, data, run.GMinSup, out);
+
+  SelectionSettings settings;
+  settings.GMinSup = run.GMinSup;
+  settings.MinConf = options.MinConf;
+  settings.IMP = options.IMP;
+  settings.Ass = options.Ass;
+  settings.Dump = DebugDump{options.Debug, out};
+
+  RuleSelectANdPruning(run.Tree, root, 2, settings, run.Counts, run.Rules);
+  if (report) report(2, run);
+  for (int layer = 3;; ++layer) {
+    if (CandidateGen(run.Tree, root, layer, settings.Dump) == 0) break;
+    Verification(root, layer, data);
+    RuleSelectANdPruning(run.Tree, root, layer, settings, run.Counts, run.Rules);
+    if (report) report(layer, run);
+    if (run.Tree.TreeSize > 10000000) break;
+    if (layer + 1 > options.MaxLayer) break;
+  }
+}

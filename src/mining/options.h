@@ -1,0 +1,23 @@
+// The options of a mining run: every option of the miner's command line,
+// with its default.
+#pragma once
+
+#include <string>
+
+struct MiningOptions {
+  std::string FileName;      // -f: stem of the names and data files
+  float Support = 0.1f;      // -s: minimum support as a fraction of the cases
+  float MinConf = 0.999999f;  // -c: minimum confidence
+  int MaxLayer = 4;          // -l: largest itemset mined; layer 3 is always built
+  float MinImp = 0.0f;       // -i: improvement threshold, echoed and stored in rule files
+  int Ass = 0;               // -a: complete rule set, no pruning, no CSV file
+  int Opt = 0;               // -o: echoed only
+  int Complete = 1;          // -r sets 2: two-complete rule selection
+  int NonRedundant = 0;      // -n: echoed only
+  int CostSensitive = 0;     // -e: echoed only
+  int Default = 1;           // -u sets 0: echoed only
+  int Debug = 0;             // -x: debug dumps
+  int Discard = 0;           // -d: trim rules left over by the ordering
+  int Time = 0;              // -t: echoed only
+  float IMP = 0.0f;          // improvement margin of rule selection (no option)
+};

@@ -1,6 +1,0 @@
-// Start values of the evaluation module's globals.
-#include "ruletest.h"
-
-std::vector<float> Dist;
-
-void ResetRuletest() { Dist.clear(); }
