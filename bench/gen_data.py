@@ -8,7 +8,7 @@ The same kind, case count and seed always give byte-identical files.
 
 KIND    default cases  shape
 wide         100,000   10 attributes of 3,000 values v0..v2999 (30,000 items).
-                       Zipf-distributed values (P(vr) ~ 1/(r+1)): about 110 values
+                       Zipf-distributed values (P(vr) ~ 1/(r+1)): about 115 values
                        per attribute reach 0.1 % of the cases. Class c0..c2 follows
                        the value index of a01 modulo 3 in 90 % of the cases.
 large      1,000,000   20 attributes of 500 values. Each value is drawn uniformly in
