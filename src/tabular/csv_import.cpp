@@ -277,7 +277,7 @@ long UnknownCount(const ImportedColumn& column) {
 bool ParseCsv(const std::string& text, char delimiter, size_t maxRecords, std::vector<CsvRecord>* records,
               long* openLine) {
   csv_parser parser;
-  if (csv_init(&parser, CSV_STRICT_FINI) != 0) throw std::bad_alloc();
+  if (csv_init(&parser, 0) != 0) throw std::bad_alloc();
   ParserFree release{&parser};
   csv_set_delim(&parser, static_cast<unsigned char>(delimiter));
 
@@ -296,11 +296,15 @@ bool ParseCsv(const std::string& text, char delimiter, size_t maxRecords, std::v
     from = end;
   }
   if (state.Full) return true;
+  // libcsv reports an unclosed quote at the end only in its strict mode,
+  // which would also refuse the stray quotes of fields like 5'11"; its
+  // parser state tells it apart: inside a field begun with a quote.
+  constexpr int kInsideField = 2;
+  const bool open = parser.pstate == kInsideField && parser.quoted;
   const long start = state.Start;
-  const int finished = csv_fini(&parser, OnField, OnRecordEnd, &state);
-  if (state.Failed) throw std::bad_alloc();
-  if (finished != 0) {
-    if (csv_error(&parser) == CSV_ENOMEM) throw std::bad_alloc();
+  csv_fini(&parser, OnField, OnRecordEnd, &state);
+  if (state.Failed || csv_error(&parser) == CSV_ENOMEM) throw std::bad_alloc();
+  if (open) {
     *openLine = start;
     return false;
   }
