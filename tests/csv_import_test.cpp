@@ -88,6 +88,7 @@ TEST(Spelling, LookAlikesBlanksAndCollisions) {
   EXPECT_EQ(SpellName("Inc."), "Inc\u2024");
   EXPECT_EQ(SpellName("New York, NY"), "New York\u201A NY");
   EXPECT_EQ(SpellName("a:b|c\\d"), "a\u2236b\u00A6c\u29F5d");
+  EXPECT_EQ(SpellName("\"quoted\""), "\u201Dquoted\u201D");
   EXPECT_EQ(SpellName("  two\n lines\t "), "two lines");
   EXPECT_EQ(SpellName(std::string("nul\0byte", 8)), "nul\uFFFDbyte");
 

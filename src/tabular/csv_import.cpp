@@ -5,6 +5,7 @@
 
 #include <csv.h>
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -87,13 +88,14 @@ bool HoldsText(const char* begin, const char* end, char delimiter) {
 constexpr char kCandidates[] = {',', ';', '\t', '|'};
 constexpr size_t kDetectionRecords = 20;
 
-// The look-alikes written for characters the names tokenizer or the rule
-// file would take as structure (UTF-8).
+// The look-alikes written for characters the names tokenizer or the readers
+// of the rule file would take as structure (UTF-8).
 const char kCommaLookAlike[] = "\xE2\x80\x9A";      // U+201A single low-9 quotation mark
 const char kColonLookAlike[] = "\xE2\x88\xB6";      // U+2236 ratio
 const char kBarLookAlike[] = "\xC2\xA6";            // U+00A6 broken bar
 const char kBackslashLookAlike[] = "\xE2\xA7\xB5";  // U+29F5 reverse solidus operator
 const char kPeriodLookAlike[] = "\xE2\x80\xA4";     // U+2024 one dot leader
+const char kQuoteLookAlike[] = "\xE2\x80\x9D";      // U+201D right double quotation mark
 const char kControlLookAlike[] = "\xEF\xBF\xBD";    // U+FFFD replacement character
 
 bool IsBlankByte(unsigned char c) {
@@ -384,6 +386,7 @@ std::string SpellName(const std::string& raw) {
       case ':': out += kColonLookAlike; break;
       case '|': out += kBarLookAlike; break;
       case '\\': out += kBackslashLookAlike; break;
+      case '"': out += kQuoteLookAlike; break;  // CSV readers of the rule file take it as quoting
       case '.':
         // The tokenizer ends a name at a period before a blank or the end
         // of the field; any other period is read as part of the name.
@@ -649,6 +652,15 @@ bool WriteFilePair(const std::string& namesPath, const std::string& namesText, c
   };
   if (!WriteTemporary(namesPath, namesText, &names)) return failed(namesPath);
   if (!WriteTemporary(dataPath, dataText, &data)) return failed(dataPath);
+  // A folder in the way would let the first rename succeed and the second
+  // fail: refuse before either file is put in place.
+  for (const std::string* path : {&namesPath, &dataPath}) {
+    struct stat target;
+    if (stat(path->c_str(), &target) == 0 && S_ISDIR(target.st_mode)) {
+      errno = EISDIR;
+      return failed(*path);
+    }
+  }
   if (std::rename(names.Path.c_str(), namesPath.c_str()) != 0) return failed(namesPath);
   names.Kept = true;
   if (std::rename(data.Path.c_str(), dataPath.c_str()) != 0) return failed(dataPath);

@@ -50,8 +50,8 @@ bool IsUnknownField(const std::string& field);
 bool ParseNumber(const std::string& field, float* value);
 
 // The spelling of a name that the names tokenizer reads back unchanged, as
-// one name, and that holds no comma: blanks normalised; comma, colon, bar and
-// backslash replaced by look-alikes; a period that would end the name (one
+// one name, and that holds no comma: blanks normalised; comma, colon, bar,
+// backslash and double quote replaced by look-alikes; a period that would end the name (one
 // before a blank or at the end) replaced by a one-dot leader; other control
 // characters replaced by the replacement character.
 std::string SpellName(const std::string& raw);
