@@ -296,9 +296,10 @@ TEST(ImportColumns, RepeatedHeadersKeywordsAndEmptyColumns) {
   EXPECT_EQ(result.Columns[1].Kind, ColumnKind::kNoKnownValue);
   EXPECT_EQ(result.Columns[2].Name, "column 3");
 
-  // Every value a keyword: the first is respelled.
-  const ImportResult keywords = Import("v,c\nignore,a\ndiscrete,b\n");
+  // Every value a keyword: the first is respelled. Classes are no keywords.
+  const ImportResult keywords = Import("v,c\nignore,ignore\ndiscrete,b\n");
   EXPECT_EQ(keywords.Columns[0].Values, (Strings{"ignore~2", "discrete"}));
+  EXPECT_EQ(keywords.Columns[1].Values, (Strings{"ignore", "b"}));
   ASSERT_EQ(keywords.Columns[0].Respelled.size(), 1u);
   EXPECT_EQ(keywords.Columns[0].Respelled[0].From, "ignore");
 

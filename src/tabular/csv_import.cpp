@@ -211,7 +211,8 @@ void CategoricalValues(const std::vector<std::vector<std::string>>& rows, int c,
     ++column.Counts[found.first->second];
   }
   column.Values = AssignSpellings(raws);
-  KeepKeywordFromFront(column, raws);
+  // The class list takes no keywords; an attribute's first value does.
+  if (column.Kind != ColumnKind::kClass) KeepKeywordFromFront(column, raws);
   for (size_t v = 0; v < raws.size(); ++v)
     if (column.Values[v] != raws[v]) column.Respelled.push_back({raws[v], column.Values[v], column.Counts[v]});
 }
