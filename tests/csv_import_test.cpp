@@ -7,6 +7,7 @@
 #include <map>
 #include <random>
 #include <set>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -18,7 +19,8 @@ namespace {
 using namespace tabular;
 using Strings = std::vector<std::string>;
 
-std::vector<CsvRecord> Parse(const std::string& text, char delimiter, bool* closed = nullptr, long* openLine = nullptr) {
+std::vector<CsvRecord> Parse(const std::string& text, char delimiter, bool* closed = nullptr,
+                             long* openLine = nullptr) {
   std::vector<CsvRecord> records;
   long line = 0;
   const bool ok = ParseCsv(text, delimiter, 0, &records, &line);
@@ -307,6 +309,32 @@ TEST(ImportColumns, RepeatedHeadersKeywordsAndEmptyColumns) {
   std::string error;
   EXPECT_FALSE(WriteFilePair(dir / "no/x.names", "n", dir / "no/x.data", "d", &error));
   EXPECT_EQ(error, "cannot write " + (dir / "no/x.names") + ": No such file or directory");
+}
+
+// A shared data set with continuous attributes, as a table: its numeric
+// columns get the intervals rule-discretise gives the same values.
+TEST(ImportShared, NumericColumnsAreCutAsTheDiscretiserCutsThem) {
+  const std::string shared = testing_support::SharedDir() + "/data/";
+  if (!testing_support::FileExists(shared + "iris.data")) GTEST_SKIP() << "no shared data";
+  testing_support::TempDir dir;
+  const std::string data = testing_support::ReadFile(shared + "iris.data");
+  testing_support::WriteFile(dir / "iris.data", data);
+  testing_support::WriteFile(dir / "iris.names", testing_support::ReadFile(shared + "iris.names"));
+  testing_support::WriteFile(dir / "iris.csv", "sepal-length,sepal-width,petal-length,petal-width,class\n" + data);
+  ASSERT_EQ(testing_support::RunProgram("rule-discretise", "-f iris -s 0.05 -o cut", dir.path()).status, 0);
+  const testing_support::ProgramRun run =
+      testing_support::RunProgram("rule-import", "-s 0.05 iris.csv imported", dir.path());
+  ASSERT_EQ(run.status, 0) << run.output << run.errors;
+  auto attributeLines = [](const std::string& text) {
+    Strings lines;
+    std::istringstream in(text);
+    for (std::string line; std::getline(in, line);)
+      if (line.rfind("sepal", 0) == 0 || line.rfind("petal", 0) == 0) lines.push_back(line);
+    return lines;
+  };
+  const Strings cut = attributeLines(testing_support::ReadFile(dir / "cut.names"));
+  EXPECT_EQ(cut.size(), 4u);
+  EXPECT_EQ(attributeLines(testing_support::ReadFile(dir / "imported.names")), cut);
 }
 
 }  // namespace

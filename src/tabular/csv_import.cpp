@@ -549,8 +549,8 @@ bool ImportTable(const std::string& input, const ImportOptions& options, ImportR
       column.Codes.assign(rows.size(), -1);
       continue;
     }
-    const bool anyKnown =
-        std::any_of(rows.begin(), rows.end(), [col](const std::vector<std::string>& row) { return !IsUnknownField(row[col]); });
+    const bool anyKnown = std::any_of(rows.begin(), rows.end(),
+                                      [col](const std::vector<std::string>& row) { return !IsUnknownField(row[col]); });
     if (!anyKnown) {
       column.Kind = ColumnKind::kNoKnownValue;
       column.Codes.assign(rows.size(), -1);
@@ -720,8 +720,8 @@ void PrintImportReport(std::FILE* out, const std::string& input, const ImportRes
       if (r.Fields == 0) {
         std::fprintf(out, "\tcolumn name %s -> %s\n", Quoted(r.From).c_str(), Quoted(r.To).c_str());
       } else {
-        std::fprintf(out, "\t%s: %s -> %s, %s\n", ShownName(column).c_str(), Quoted(r.From).c_str(), Quoted(r.To).c_str(),
-                     Plural(r.Fields, "field").c_str());
+        std::fprintf(out, "\t%s: %s -> %s, %s\n", ShownName(column).c_str(), Quoted(r.From).c_str(),
+                     Quoted(r.To).c_str(), Plural(r.Fields, "field").c_str());
       }
     }
   }
@@ -729,7 +729,8 @@ void PrintImportReport(std::FILE* out, const std::string& input, const ImportRes
 
 void PrintImportWarnings(std::FILE* out, const ImportResult& result) {
   if (result.RepeatedHeaders > 0)
-    std::fprintf(out, "rule-import: warning: the header row appears again %s in the data (first on line %ld); skipped\n",
+    std::fprintf(out,
+                 "rule-import: warning: the header row appears again %s in the data (first on line %ld); skipped\n",
                  result.RepeatedHeaders == 1 ? "once" : (std::to_string(result.RepeatedHeaders) + " times").c_str(),
                  result.FirstRepeatedLine);
   const ImportedColumn& cls = result.Columns[result.ClassColumn];
