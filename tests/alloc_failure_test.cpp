@@ -93,12 +93,14 @@ void FailEachAllocation(const std::string& program, const std::string& args, con
               program.c_str(), args.c_str(), whole.allocations, outOfMemory);
 }
 
-// The weather set of the golden runs, and the discretiser's own set.
+// The weather set of the golden runs, the discretiser's own set and a table
+// to import.
 class AllocationFailure : public ::testing::Test {
  protected:
   void SetUp() override {
     const std::string fixtures = std::string(SOURCE_DIR) + "/tests/fixtures/";
-    for (const char* file : {"runs/weather.names", "runs/weather.data", "discretise/in.names", "discretise/in.data"})
+    for (const char* file : {"runs/weather.names", "runs/weather.data", "discretise/in.names", "discretise/in.data",
+                             "import/shop.tsv"})
       WriteFile(dir_ / std::string(file).substr(std::string(file).find('/') + 1), ReadFile(fixtures + file));
   }
   TempDir dir_;
@@ -126,6 +128,10 @@ TEST_F(AllocationFailure, ClassifierTrainingAndTesting) {
 
 TEST_F(AllocationFailure, DiscretiserEndsWithTheMessageWhereverAnAllocationFails) {
   FailEachAllocation("rule-discretise", "-f in -s 0.2 -o out", dir_.path(), {"out.names", "out.data"});
+}
+
+TEST_F(AllocationFailure, ImportEndsWithTheMessageWhereverAnAllocationFails) {
+  FailEachAllocation("rule-import", "shop.tsv shop", dir_.path(), {"shop.names", "shop.data"});
 }
 
 // Under an address-space limit the pair count table of a data set with many

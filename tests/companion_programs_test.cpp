@@ -1,6 +1,6 @@
-// Whole runs of rule-classify, rule-discretise (then rule on the pair it
-// writes) and rule-analyse on small data sets, and the command lines and rule
-// files they refuse. Each area's runs.txt lists the runs and what they give.
+// Whole runs of rule-classify, rule-discretise and rule-import (then rule on
+// the pairs they write) and rule-analyse on small data sets, and the command
+// lines, tables and rule files they refuse. Each area's runs.txt lists the runs and what they give.
 #include <gtest/gtest.h>
 
 #include <unistd.h>
@@ -16,6 +16,7 @@ namespace {
 TEST(CompanionPrograms, ClassifyTrainTestAndCrossValidate) { RunArea("classify"); }
 TEST(CompanionPrograms, DiscretiseThenMineThePair) { RunArea("discretise"); }
 TEST(CompanionPrograms, AnalyseDerivableRulesAndCoverage) { RunArea("analyse"); }
+TEST(CompanionPrograms, ImportTablesThenMineThePairs) { RunArea("import"); }
 
 // Either file of the categorical pair on a full device: the report of the
 // cut attributes, then the message naming the file and the reason in place

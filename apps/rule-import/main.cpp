@@ -1,0 +1,95 @@
+// Turns a table in a CSV or TSV file with a header row into the names and
+// data files the miner reads.
+#include <getopt.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <cstdlib>
+#include <string>
+
+#include "base/console.h"
+#include "tabular/csv_import.h"
+
+namespace {
+
+const char kUsage[] =
+    "Usage: rule-import [options] INPUT.csv STEM\n"
+    "Reads a table with a header row and writes STEM.names and STEM.data for rule -f STEM.\n"
+    "  -d, --delimiter C       field delimiter: a character, or 'tab' (default: detected among\n"
+    "                          comma, semicolon, tab and bar)\n"
+    "  -c, --class COLUMN      the class column, by name or 1-based index (default: the last)\n"
+    "  -i, --ignore COLUMN,... columns left out (written as ignored)\n"
+    "  -k, --categorical COLUMN,...\n"
+    "                          numeric columns kept as categories instead of cut into intervals\n"
+    "  -s, --support F         numeric columns: an interval of at most F x rows is merged with a\n"
+    "                          neighbour, F from 0 to 1 (default 0.1)\n"
+    "  -h, --help              show this text\n"
+    "Empty fields, NA and ? are unknown values.\n";
+
+int UsageError(const std::string& message) {
+  std::fprintf(stderr, "rule-import: %s\n%s", message.c_str(), kUsage);
+  return 2;
+}
+
+bool ParseDelimiter(const std::string& text, char* delimiter) {
+  if (text == "tab" || text == "\\t" || text == "\t") {
+    *delimiter = '\t';
+    return true;
+  }
+  if (text.size() != 1 || text[0] == '"' || text[0] == '\n' || text[0] == '\r') return false;
+  *delimiter = text[0];
+  return true;
+}
+
+bool ParseFraction(const char* text, float* fraction) {
+  errno = 0;
+  char* end = nullptr;
+  const double value = std::strtod(text, &end);
+  if (end == text || *end != '\0' || errno == ERANGE || !(value >= 0.0 && value <= 1.0)) return false;
+  *fraction = static_cast<float>(value);
+  return true;
+}
+
+int Import(int argc, char** argv) {
+  tabular::ImportOptions options;
+  static const option kLong[] = {{"delimiter", required_argument, nullptr, 'd'},
+                                 {"class", required_argument, nullptr, 'c'},
+                                 {"ignore", required_argument, nullptr, 'i'},
+                                 {"categorical", required_argument, nullptr, 'k'},
+                                 {"support", required_argument, nullptr, 's'},
+                                 {"help", no_argument, nullptr, 'h'},
+                                 {nullptr, 0, nullptr, 0}};
+  optind = 0;
+  opterr = 0;
+  int option;
+  while ((option = getopt_long(argc, argv, ":d:c:i:k:s:h", kLong, nullptr)) != -1) {
+    switch (option) {
+      case 'h':
+        std::fputs(kUsage, stdout);
+        return 0;
+      case 'd':
+        if (!ParseDelimiter(optarg, &options.Delimiter))
+          return UsageError("the delimiter must be one character or 'tab', not '" + std::string(optarg) + "'");
+        break;
+      case 'c': options.ClassColumn = optarg; break;
+      case 'i': options.Ignore.push_back(optarg); break;
+      case 'k': options.Categorical.push_back(optarg); break;
+      case 's':
+        if (!ParseFraction(optarg, &options.Support))
+          return UsageError("the support must be a number from 0 to 1, not '" + std::string(optarg) + "'");
+        break;
+      case ':': return UsageError(std::string("option ") + argv[optind - 1] + " needs a value");
+      default:
+        if (optopt) return UsageError(std::string("unknown option -") + static_cast<char>(optopt));
+        return UsageError(std::string("unknown option ") + argv[optind - 1]);
+    }
+  }
+  if (argc - optind != 2) return UsageError(argc - optind < 2 ? "INPUT.csv and STEM are needed" : "too many arguments");
+  return tabular::ImportCsvFile(options, argv[optind], argv[optind + 1]);
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  return GuardedRun([&] { return Import(argc, argv); });
+}
