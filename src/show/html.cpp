@@ -277,6 +277,13 @@ function update() {
   renderScatter(list);
   renderMatrix(list);
 }
+// The address may set the first view: #sort=lift&dir=asc&filter=rainy&min-lift=2
+const params = new URLSearchParams(location.hash.slice(1));
+inputs.forEach(input => { if (params.has(input.id)) input.value = params.get(input.id); });
+if (columns.some(column => column.key === params.get('sort'))) {
+  sortKey = params.get('sort');
+  sortDir = params.get('dir') === 'asc' ? 'asc' : 'desc';
+}
 document.getElementById('summary').textContent = data.file + ': ' + data.cases + ' cases, ' + data.total +
     ' rules in the file (confidence ' + data.confidence + ', support ' + data.support + '), ' + rules.length +
     ' on this page.';
@@ -303,7 +310,7 @@ std::string HtmlReport(const RuleFile& file, const std::vector<const Rule*>& rul
 <p class="note" id="shown"></p>
 <table id="rules"><thead><tr id="head"></tr></thead><tbody id="rows"></tbody></table>
 <p class="note" id="trivial-note" hidden>* trivial: the target or the antecedent holds in every case (lift 1, chi-square undefined and written 10000); always listed after the other rules.</p>
-<p class="note">Click a column name to sort by it, again to reverse.</p>
+<p class="note">Click a column name to sort by it, again to reverse. The address can set the first view, e.g. <code>#sort=lift&amp;filter=rainy&amp;min-confidence=0.9</code>.</p>
 )";
   page += "<script type=\"application/json\" id=\"rule-data\">" + ReportData(file, rules, naming) + "</script>\n";
   page += std::string("<script>") + kScript + "</script>\n</body>\n</html>\n";
