@@ -137,7 +137,7 @@ std::string Csv(const std::vector<const Rule*>& rules, const Naming& naming) {
     out += std::to_string(r->index) + "," + CsvQuoted(naming.Antecedent(*r)) + "," +
            CsvQuoted(naming.Spell(r->target)) + "," + Fixed(r->Support()) + "," + Fixed(r->confidence) + "," +
            Fixed(r->lift) + "," + Fixed(r->leverage) + "," + Fixed(r->chi) + "," +
-           (r->Trivial() ? "true" : "false") + "," + std::to_string(r->a) + "," + std::to_string(r->b) + "," +
+           (r->Trivial() ? "TRUE" : "FALSE") + "," + std::to_string(r->a) + "," + std::to_string(r->b) + "," +
            std::to_string(r->c) + "," + std::to_string(r->d) + "," + std::to_string(r->Cases()) + "\n";
   }
   return out;
