@@ -134,6 +134,13 @@ TEST_F(AllocationFailure, ImportEndsWithTheMessageWhereverAnAllocationFails) {
   FailEachAllocation("rule-import", "shop.tsv shop", dir_.path(), {"shop.names", "shop.data"});
 }
 
+TEST_F(AllocationFailure, RuleShowEndsWithTheMessageWhereverAnAllocationFails) {
+  ASSERT_EQ(testing_support::RunProgram("rule", "-f weather -s 0.1 -c 0.8", dir_.path()).status, 0);
+  FailEachAllocation("rule-show", "--sort lift --top 5 -f weather", dir_.path(), {});
+  FailEachAllocation("rule-show", "--html w.html --format json -o w.json -f weather", dir_.path(),
+                     {"w.html", "w.json"});
+}
+
 // Under an address-space limit the pair count table of a data set with many
 // items cannot be had: the run ends with the message, never a crash. (The
 // sanitizer runtime reserves far more address space than any limit leaves,

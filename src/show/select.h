@@ -1,0 +1,46 @@
+// Choosing and ordering the rules to show: the filters, the sort and the
+// spelling of items for a person.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "show/rulefile.h"
+
+namespace show {
+
+// How items are spelled: ATTRIBUTE=VALUE, the class (written "Class" by the
+// miner) under the name the names file gives it, when it gives one.
+struct Naming {
+  std::string className;  // empty: "Class"
+  std::string Attribute(const Item& item) const;
+  std::string Spell(const Item& item) const;  // ATTRIBUTE=VALUE
+  // "{x=1, y=2} => {t=3}"
+  std::string Antecedent(const Rule& rule) const;  // "x=1, y=2"
+  std::string Text(const Rule& rule) const;
+};
+
+enum class SortKey { kFile, kSupport, kConfidence, kLift, kLeverage, kChi, kCount };
+
+// Parses a measure name (support, confidence, lift, leverage, chi, count).
+bool ParseSortKey(const std::string& name, SortKey& key);
+
+struct Selection {
+  SortKey sort = SortKey::kFile;
+  long top = -1;  // at most this many rules; -1: all
+  double minSupport = -1, minConfidence = -1, minLift = -1;  // -1: no bound
+  std::string target;                  // ATTRIBUTE or ATTRIBUTE=VALUE; empty: any
+  std::vector<std::string> contains;   // each must name an item of the rule
+};
+
+// True when spec names the item: spec is ATTRIBUTE=VALUE or ATTRIBUTE alone,
+// the attribute as shown or as the file writes it. Names may hold '=', so
+// the whole spelling is compared rather than split.
+bool Names(const std::string& spec, const Item& item, const Naming& naming);
+
+// The rules that pass the filters, non-trivial rules first, each part in
+// descending order of the sort key (file order on ties and without a key),
+// then cut to the top count. Pointers into file.rules.
+std::vector<const Rule*> Select(const RuleFile& file, const Selection& selection, const Naming& naming);
+
+}  // namespace show
