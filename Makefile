@@ -31,6 +31,9 @@ run: build
 	@echo
 	@echo "The rules are in $(EXAMPLE)/picnicrule.csv; its first lines:"
 	@head -n 6 $(EXAMPLE)/picnicrule.csv
+	@echo
+	@echo "The five rules of highest lift, as rule-show prints them:"
+	cd $(EXAMPLE) && ../rule-show --top 5 --sort lift -f picnic
 
 test: build build-asan
 	cmake -S . -B $(BUILD) -DREQUIRE_TESTS=ON
