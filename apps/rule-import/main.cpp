@@ -9,6 +9,7 @@
 
 #include "base/console.h"
 #include "tabular/csv_import.h"
+#include "tabular/pair_check.h"
 
 namespace {
 
@@ -24,7 +25,13 @@ const char kUsage[] =
     "  -s, --support F         numeric columns: an interval of at most F x rows is merged with a\n"
     "                          neighbour, F from 0 to 1 (default 0.1)\n"
     "  -h, --help              show this text\n"
-    "Empty fields, NA and ? are unknown values.\n";
+    "Empty fields, NA and ? are unknown values.\n"
+    "\n"
+    "Usage: rule-import --check STEM\n"
+    "Checks a names/data pair written by hand for what the miner would read past without a\n"
+    "word: a header row in the data, fields separated by another character than a comma,\n"
+    "values the names file does not declare, a last case cut short. Exit status 1 when\n"
+    "anything is found.\n";
 
 int UsageError(const std::string& message) {
   std::fprintf(stderr, "rule-import: %s\n%s", message.c_str(), kUsage);
@@ -50,6 +57,21 @@ bool ParseFraction(const char* text, float* fraction) {
   return true;
 }
 
+// Reports what a hand-written names/data pair would make the miner read past.
+int Check(const std::string& stem) {
+  tabular::PairFindings findings;
+  std::string error;
+  if (!tabular::CheckNamesAndData(stem, &findings, &error)) {
+    std::printf("rule-import: %s\n", error.c_str());
+    return 1;
+  }
+  std::printf("%s: %d cases of %d attributes (the class included)\n", stem.c_str(), findings.Cases,
+              findings.Attributes);
+  for (const std::string& problem : findings.Problems) std::printf("problem: %s\n", problem.c_str());
+  if (findings.Problems.empty()) std::printf("no problem found\n");
+  return findings.Problems.empty() ? 0 : 1;
+}
+
 int Import(int argc, char** argv) {
   tabular::ImportOptions options;
   static const option kLong[] = {{"delimiter", required_argument, nullptr, 'd'},
@@ -58,7 +80,9 @@ int Import(int argc, char** argv) {
                                  {"categorical", required_argument, nullptr, 'k'},
                                  {"support", required_argument, nullptr, 's'},
                                  {"help", no_argument, nullptr, 'h'},
+                                 {"check", required_argument, nullptr, 'C'},
                                  {nullptr, 0, nullptr, 0}};
+  std::string checkStem;
   optind = 0;
   opterr = 0;
   int option;
@@ -71,6 +95,7 @@ int Import(int argc, char** argv) {
         if (!ParseDelimiter(optarg, &options.Delimiter))
           return UsageError("the delimiter must be one character or 'tab', not '" + std::string(optarg) + "'");
         break;
+      case 'C': checkStem = optarg; break;
       case 'c': options.ClassColumn = optarg; break;
       case 'i': options.Ignore.push_back(optarg); break;
       case 'k': options.Categorical.push_back(optarg); break;
@@ -83,6 +108,10 @@ int Import(int argc, char** argv) {
         if (optopt) return UsageError(std::string("unknown option -") + static_cast<char>(optopt));
         return UsageError(std::string("unknown option ") + argv[optind - 1]);
     }
+  }
+  if (!checkStem.empty()) {
+    if (argc != optind) return UsageError("--check takes no other argument");
+    return Check(checkStem);
   }
   if (argc - optind != 2) return UsageError(argc - optind < 2 ? "INPUT.csv and STEM are needed" : "too many arguments");
   return tabular::ImportCsvFile(options, argv[optind], argv[optind + 1]);
