@@ -35,16 +35,6 @@ int BadUsage(const std::string& message) {
   return kExitRefused;
 }
 
-// The support fraction: a whole decimal number from 0 to 1.
-bool ParseFraction(const char* text, float* fraction) {
-  errno = 0;
-  char* end = nullptr;
-  const double value = std::strtod(text, &end);
-  if (end == text || *end != '\0' || errno == ERANGE || !(value >= 0.0 && value <= 1.0)) return false;
-  *fraction = static_cast<float>(value);
-  return true;
-}
-
 // The path with every directory resolved, also when the file itself does
 // not exist yet.
 std::string CanonicalPath(const std::string& path) {

@@ -8,6 +8,7 @@
 #include <string>
 
 #include "base/console.h"
+#include "base/numbers.h"
 #include "tabular/csv_import.h"
 #include "tabular/pair_check.h"
 
@@ -45,15 +46,6 @@ bool ParseDelimiter(const std::string& text, char* delimiter) {
   }
   if (text.size() != 1 || text[0] == '"' || text[0] == '\n' || text[0] == '\r') return false;
   *delimiter = text[0];
-  return true;
-}
-
-bool ParseFraction(const char* text, float* fraction) {
-  errno = 0;
-  char* end = nullptr;
-  const double value = std::strtod(text, &end);
-  if (end == text || *end != '\0' || errno == ERANGE || !(value >= 0.0 && value <= 1.0)) return false;
-  *fraction = static_cast<float>(value);
   return true;
 }
 

@@ -21,3 +21,7 @@ int ParseInt(const char* text);
 bool ParseNumber(const std::string& text, double& value);
 // The whole text as an integer from low to high; false for anything else.
 bool ParseWhole(const std::string& text, long long low, long long high, long long& value);
+
+// The whole text as a fraction from 0 to 1 (a support), in single precision;
+// false for anything else.
+bool ParseFraction(const char* text, float* fraction);
