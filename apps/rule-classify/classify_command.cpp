@@ -15,6 +15,7 @@
 #include <sys/types.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cmath>
 #include <condition_variable>
@@ -325,9 +326,12 @@ Status WriteTable(const std::string& path, const std::string& text) {
   std::vector<char> name(path.begin(), path.end());
   const char suffix[] = ".tmp-XXXXXX";
   name.insert(name.end(), suffix, suffix + sizeof suffix);
+  // The name is kept before the file exists, so that nothing allocates
+  // between creating the file and taking charge of removing it.
+  std::string temporary(name.begin(), name.end() - 1);
   const int fd = mkstemp(name.data());
   if (fd < 0) return WriteFailure(path, errno);
-  const std::string temporary = name.data();
+  std::copy(name.begin(), name.end() - 1, temporary.begin());
   std::FILE* f = fdopen(fd, "w");
   if (!f) {
     const int error = errno;
