@@ -124,6 +124,8 @@ TEST_F(AllocationFailure, ClassifierTrainingAndTesting) {
   ASSERT_TRUE(FileExists(dir_ / "w.rules"));
   FailEachAllocation("rule-classify", "test -f weather -R w.rules", dir_.path(), {});
   FailEachAllocation("rule-classify", "test -f weather -R w.rules --vote", dir_.path(), {});
+  FailEachAllocation("rule-classify", "test -f weather -R w.rules --vote-report", dir_.path(), {});
+  FailEachAllocation("rule-classify", "predict -f weather -R w.rules --vote -o p.csv", dir_.path(), {"p.csv"});
 }
 
 TEST_F(AllocationFailure, DiscretiserEndsWithTheMessageWhereverAnAllocationFails) {

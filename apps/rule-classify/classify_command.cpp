@@ -1,5 +1,6 @@
 // The companion program rule-classify: trains a first-match classifier from
-// mined class rules, tests a rule file on a data set, and cross-validates.
+// mined class rules, tests a rule file on a data set, predicts the class of
+// every case as CSV, and cross-validates.
 //
 // Cross-validation reads the names and data files once; each fold trains and
 // tests on subsets of the one data set. The folds run on up to
@@ -10,8 +11,12 @@
 // does not depend on the number of threads.
 #include "rule-classify/classify_command.h"
 
+#include <sys/stat.h>
 #include <sys/types.h>
+#include <unistd.h>
 
+#include <algorithm>
+#include <cerrno>
 #include <cmath>
 #include <condition_variable>
 #include <cstdint>
@@ -25,6 +30,7 @@
 #include <thread>
 #include <vector>
 
+#include "base/files.h"
 #include "base/numbers.h"
 #include "common/command_line.h"
 #include "evaluation/evaluation.h"
@@ -38,6 +44,7 @@ const char kUsage[] =
     "Commands:\n"
     "  train   mine a data set and write an ordered classifier to a rule file\n"
     "  test    classify the cases of a data set with a rule file\n"
+    "  predict write the predicted class of every case of a data set as CSV\n"
     "  cv      k-fold cross-validation of the classifier on a data set\n"
     "Run 'rule-classify COMMAND --help' for the options of a command.\n";
 
@@ -60,12 +67,26 @@ const char kTrainUsage[] =
     "  -o RULEFILE    rule file to write\n";
 
 const char kTestUsage[] =
-    "Usage: rule-classify test -f STEM -R RULEFILE [--vote]\n"
+    "Usage: rule-classify test -f STEM -R RULEFILE [--vote | --vote-report]\n"
     "Classifies the cases of STEM.data with the rules of RULEFILE (written by\n"
     "rule-classify train for the same names file) and prints the accuracy.\n"
     "  -f STEM        stem of the names and data files\n"
     "  -R RULEFILE    rule file to read\n"
-    "  --vote         let up to five covering rules vote, printing one line per case\n";
+    "  --vote         classify by the vote of the first five covering rules, each\n"
+    "                 weighted by its confidence, instead of the first covering rule\n"
+    "  --vote-report  the five-rule vote report of the library, one line per case\n";
+
+const char kPredictUsage[] =
+    "Usage: rule-classify predict -f STEM -R RULEFILE [-o FILE] [--vote]\n"
+    "Predicts the class of every case of STEM.data, cases of unknown class\n"
+    "included, with the rules of RULEFILE, and writes one CSV line per case:\n"
+    "case,predicted,rule,antecedent,confidence,class (the deciding rule's place\n"
+    "in the classifier, 0 for the default class; the true class, empty when\n"
+    "unknown). Messages go to standard error.\n"
+    "  -f STEM        stem of the names and data files\n"
+    "  -R RULEFILE    rule file to read\n"
+    "  -o FILE        write the table to FILE instead of standard output\n"
+    "  --vote         predict by the vote of the first five covering rules\n";
 
 const char kCvUsage[] =
     "Usage: rule-classify cv -f STEM [-k FOLDS] [--seed N] [-s SUPPORT] [-c CONFIDENCE] [-l LAYERS] [-r 1|2] [-d]\n"
@@ -182,10 +203,33 @@ int Train(int argc, char** argv, std::FILE* out) {
   return kExitDone;
 }
 
+// Reads the cases of the stem and the rule file, echoing the rule file's
+// header to echo, and checks that the rules fit the names file. Messages go
+// to out. Returns the exit status of a failure, or -1 when both are ready.
+int LoadCasesAndRules(std::FILE* out, std::FILE* echo, const std::string& command, const std::string& stem,
+                      const std::string& ruleFile, DataSet& data, RuleSet& rules) {
+  const int loaded = LoadCases(out, command, stem, data);
+  if (loaded >= 0) return loaded;
+  const Status read = ReadRule(rules, ruleFile, echo);
+  if (!read.ok()) {
+    std::fputs(read.message().c_str(), out);
+    if (read.kind() == StatusKind::CannotOpen)
+      std::fprintf(out, "rule-classify %s: cannot open the rule file %s\n", command.c_str(), ruleFile.c_str());
+    return kExitRefused;
+  }
+  const std::string misfit = RulesMisfit(rules, data);
+  if (!misfit.empty()) {
+    std::fprintf(out, "\nERROR:  rule file %s does not fit %s.names: %s\n", ruleFile.c_str(), stem.c_str(),
+                 misfit.c_str());
+    return kExitRefused;
+  }
+  return -1;
+}
+
 int Test(int argc, char** argv, std::FILE* out) {
   OptionSpec spec;
   spec.ValueFlags = {"-f", "-R"};
-  spec.Switches = {"--vote"};
+  spec.Switches = {"--vote", "--vote-report"};
   CommandLine line;
   const ParseProblem parsed = ParseCommandLine(argc, argv, 2, spec, line);
   if (line.Help) {
@@ -195,28 +239,158 @@ int Test(int argc, char** argv, std::FILE* out) {
   if (parsed) return UsageError(out, "test", Describe(parsed));
   if (!line.Value("-f")) return UsageError(out, "test", "the stem (-f STEM) is missing");
   if (!line.Value("-R")) return UsageError(out, "test", "the rule file (-R RULEFILE) is missing");
-  const std::string stem = *line.Value("-f");
-  const std::string ruleFile = *line.Value("-R");
+  const bool vote = line.Switches.count("--vote") > 0;
+  const bool voteReport = line.Switches.count("--vote-report") > 0;
+  if (vote && voteReport) return UsageError(out, "test", "--vote and --vote-report exclude each other");
 
   DataSet data;
-  const int loaded = LoadCases(out, "test", stem, data);
-  if (loaded >= 0) return loaded;
   RuleSet rules;
-  const Status read = ReadRule(rules, ruleFile, out);
-  if (!read.ok()) {
-    std::fputs(read.message().c_str(), out);
-    if (read.kind() == StatusKind::CannotOpen)
-      std::fprintf(out, "rule-classify test: cannot open the rule file %s\n", ruleFile.c_str());
-    return kExitRefused;
-  }
-  const std::string misfit = RulesMisfit(rules, data);
-  if (!misfit.empty()) {
-    std::fprintf(out, "\nERROR:  rule file %s does not fit %s.names: %s\n", ruleFile.c_str(), stem.c_str(),
-                 misfit.c_str());
-    return kExitRefused;
-  }
-  if (line.Switches.count("--vote")) Testmulti(rules, data, out);
+  const int loaded = LoadCasesAndRules(out, out, "test", *line.Value("-f"), *line.Value("-R"), data, rules);
+  if (loaded >= 0) return loaded;
+  if (vote) TestVote(rules, data, VoteSettings(), out);
+  else if (voteReport) Testmulti(rules, data, out);
   else TestSingle(rules, data, out);
+  return kExitDone;
+}
+
+// ---- Predictions as CSV ----
+
+// A CSV field, quoted when it holds a comma, a quote or a line break, its
+// quotes doubled.
+std::string CsvField(const std::string& text) {
+  if (text.find_first_of(",\"\r\n") == std::string::npos) return text;
+  std::string quoted = "\"";
+  for (char c : text) {
+    if (c == '"') quoted += '"';
+    quoted += c;
+  }
+  return quoted + "\"";
+}
+
+std::string ClassName(const DataSet& data, int cls) {
+  return cls >= 0 && cls < data.MaxClass ? data.ClassName[static_cast<size_t>(cls)] : "";
+}
+
+// The antecedent as attribute=value pairs joined by "; ".
+std::string Antecedent(const DataSet& data, const RuleRecord* rule) {
+  std::string text;
+  for (int i = 0; i < rule->Len; ++i) {
+    const int item = rule->Antecedent[i];
+    const bool known = item >= 0 && item <= data.MaxItem && static_cast<size_t>(item) < data.ItemRecord.size() &&
+                       data.ItemRecord[static_cast<size_t>(item)];
+    if (i) text += "; ";
+    if (known) {
+      const auto& record = *data.ItemRecord[static_cast<size_t>(item)];
+      text += record.AttributeName + "=" + record.ValueName;
+    } else {
+      text += "?";
+    }
+  }
+  return text;
+}
+
+// The table of predictions: a header line, then one line per case.
+std::string PredictionTable(const RuleSet& rules, const DataSet& data, bool vote) {
+  std::string table = "case,predicted,rule,antecedent,confidence,class\n";
+  char number[32];
+  for (int i = 0; i < data.MaxData; ++i) {
+    const short* row = data.DataSpace[i];
+    const Prediction p = vote ? PredictVote(rules, data, row, VoteSettings()) : PredictFirst(rules, data, row);
+    table += std::to_string(i + 1) + "," + CsvField(ClassName(data, p.Class)) + "," + std::to_string(p.Position) +
+             ",";
+    if (p.Rule) {
+      std::snprintf(number, sizeof number, "%.4f", static_cast<double>(p.Rule->Score));
+      table += CsvField(Antecedent(data, p.Rule)) + "," + number;
+    } else {
+      table += ",";
+    }
+    table += "," + CsvField(ClassName(data, row[data.RealAtt])) + "\n";
+  }
+  return table;
+}
+
+// Writes text to path. A regular file (or a new one) is written through a
+// temporary file beside it, renamed over it only when every byte has been
+// written, so a failed run leaves the old file as it was; anything else
+// (a device, a pipe) is written in place.
+Status WriteTable(const std::string& path, const std::string& text) {
+  struct stat st;
+  const bool special = stat(path.c_str(), &st) == 0 && !S_ISREG(st.st_mode);
+  if (special) {
+    if (S_ISDIR(st.st_mode)) return WriteFailure(path, EISDIR);
+    std::FILE* f = XFopen(path, "w");
+    if (!f) return WriteFailure(path, errno);
+    std::fwrite(text.data(), 1, text.size(), f);
+    return CloseWritten(f, path);
+  }
+  std::vector<char> name(path.begin(), path.end());
+  const char suffix[] = ".tmp-XXXXXX";
+  name.insert(name.end(), suffix, suffix + sizeof suffix);
+  // The name is kept before the file exists, so that nothing allocates
+  // between creating the file and taking charge of removing it.
+  std::string temporary(name.begin(), name.end() - 1);
+  const int fd = mkstemp(name.data());
+  if (fd < 0) return WriteFailure(path, errno);
+  std::copy(name.begin(), name.end() - 1, temporary.begin());
+  std::FILE* f = fdopen(fd, "w");
+  if (!f) {
+    const int error = errno;
+    close(fd);
+    unlink(temporary.c_str());
+    if (error == ENOMEM) throw std::bad_alloc();
+    return WriteFailure(path, error);
+  }
+  // mkstemp makes the file readable by its owner only; a new table gets the
+  // usual permissions.
+  const mode_t mask = umask(0);
+  umask(mask);
+  fchmod(fd, 0666 & ~mask);
+  std::fwrite(text.data(), 1, text.size(), f);
+  Status closed = CloseWritten(f, path);
+  if (closed.ok() && std::rename(temporary.c_str(), path.c_str()) != 0) closed = WriteFailure(path, errno);
+  if (!closed.ok()) unlink(temporary.c_str());
+  return closed;
+}
+
+int Predict(int argc, char** argv, std::FILE* out) {
+  OptionSpec spec;
+  spec.ValueFlags = {"-f", "-R", "-o"};
+  spec.Switches = {"--vote"};
+  CommandLine line;
+  const ParseProblem parsed = ParseCommandLine(argc, argv, 2, spec, line);
+  if (line.Help) {
+    std::fprintf(out, "%s", kPredictUsage);
+    return kExitDone;
+  }
+  // Standard output carries the table: every message goes to standard error.
+  std::FILE* messages = out == stdout ? stderr : out;
+  if (parsed) return UsageError(messages, "predict", Describe(parsed));
+  if (!line.Value("-f")) return UsageError(messages, "predict", "the stem (-f STEM) is missing");
+  if (!line.Value("-R")) return UsageError(messages, "predict", "the rule file (-R RULEFILE) is missing");
+
+  DataSet data;
+  RuleSet rules;
+  // The rule file's header is not part of the table.
+  std::FILE* discard = XFopen("/dev/null", "w");
+  if (!discard) return Refuse(messages, "predict", "cannot open /dev/null");
+  FileCloser closeDiscard{discard};
+  const int loaded =
+      LoadCasesAndRules(messages, discard, "predict", *line.Value("-f"), *line.Value("-R"), data, rules);
+  if (loaded >= 0) return loaded;
+  const std::string table = PredictionTable(rules, data, line.Switches.count("--vote") > 0);
+  if (const std::string* file = line.Value("-o")) {
+    const Status written = WriteTable(*file, table);
+    if (!written.ok()) {
+      std::fputs(written.message().c_str(), messages);
+      return written.exit_status();
+    }
+    return kExitDone;
+  }
+  std::fwrite(table.data(), 1, table.size(), out);
+  if (std::fflush(out) != 0 || std::ferror(out)) {
+    std::fputs(WriteFailure("(standard output)", errno).message().c_str(), messages);
+    return kExitRefused;
+  }
   return kExitDone;
 }
 
@@ -447,6 +621,7 @@ int RunClassify(int argc, char** argv, std::FILE* out) {
   if (command == "train") return Train(argc, argv, out);
   if (command == "test") return Test(argc, argv, out);
   if (command == "cv") return CrossValidate(argc, argv, out);
+  if (command == "predict") return Predict(argc, argv, out);
   std::fprintf(out, "rule-classify: unknown command '%s'\n%s", command.c_str(), kUsage);
   return kExitRefused;
 }

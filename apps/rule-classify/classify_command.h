@@ -1,4 +1,4 @@
-// The companion program rule-classify: train, test and cv.
+// The companion program rule-classify: train, test, predict and cv.
 #pragma once
 
 #include <cstdio>

@@ -1,4 +1,4 @@
-// The classifier companion of the miner: train, test and cross-validate.
+// The classifier companion of the miner: train, test, predict and cross-validate.
 #include "base/console.h"
 #include "rule-classify/classify_command.h"
 

@@ -50,6 +50,35 @@ int MatchTest(const short* row, const RuleRecord* rule, int realAtt);
 int TestSingle(RuleSet& rules, const DataSet& data, std::FILE* out);
 // Vote of up to five covering rules per case, one line per case to out.
 int Testmulti(RuleSet& rules, const DataSet& data, std::FILE* out);
+
+// What decided the class of one case: the class index (-1 for none), and the
+// deciding rule with its place in the classifier (1 for the first rule), or
+// a null rule and place 0 when the default class decided.
+struct Prediction {
+  int Class = -1;
+  const RuleRecord* Rule = nullptr;
+  int Position = 0;
+};
+// The first covering rule decides; the default class takes an uncovered case.
+Prediction PredictFirst(const RuleSet& rules, const DataSet& data, const short* row);
+
+// How the covering rules vote on a case.
+struct VoteSettings {
+  int Voters = 5;  // the first covering rules in classifier order that vote
+};
+// The weighted vote: each of the first Voters rules that cover the row
+// (in classifier order) gives its class its confidence (Score). The class
+// with the largest sum wins; on equal sums the class of the earlier-placed
+// voter wins, and that voter is the deciding rule. A target that is no class
+// index is a voter whose vote does not count. A row no rule covers gets the
+// default class.
+Prediction PredictVote(const RuleSet& rules, const DataSet& data, const short* row, const VoteSettings& settings);
+// Tests the rule set on the cases by PredictVote, as TestSingle does by first
+// match: sets Hits and Misses (a case of unknown class is a miss unless no
+// class is predicted) and prints the accuracy, the rule coverage and the
+// default accuracy to out.
+int TestVote(RuleSet& rules, const DataSet& data, const VoteSettings& settings, std::FILE* out);
+
 int FillInTable(const RuleSet& rules, const DataSet& data, CoverageTable table);
 void PrintTable(const RuleSet& rules, const DataSet& data, CoverageTable table, std::FILE* out);
 
