@@ -33,6 +33,9 @@ void BuildTally(CoverageTable table, int rules, int cases, Tally& tally) {
   tally.Id.resize(static_cast<size_t>(rules));
   tally.Taken.assign(static_cast<size_t>(cases), 0);
   tally.CoverStart.assign(static_cast<size_t>(cases) + 1, 0);
+  // One pass over the table gathers the covered cells; they are then
+  // grouped by case.
+  std::vector<std::pair<int, int>> cells;  // case, entry
   for (int k = 0; k < rules; ++k) {
     tally.Id[k] = k;
     const int* row = table[k];
@@ -40,19 +43,14 @@ void BuildTally(CoverageTable table, int rules, int cases, Tally& tally) {
       if (row[i] == 0) continue;
       tally.CoverStart[i + 1] += 1;
       if (row[i] == 1) tally.Right[k] += 1;
-      else if (row[i] == -1) tally.Wrong[k] += 1;
+      else tally.Wrong[k] += 1;
+      cells.emplace_back(i, row[i] == 1 ? k : -1 - k);
     }
   }
   for (int i = 0; i < cases; ++i) tally.CoverStart[i + 1] += tally.CoverStart[i];
-  tally.Covers.resize(static_cast<size_t>(tally.CoverStart[cases]));
+  tally.Covers.resize(cells.size());
   std::vector<int> next(tally.CoverStart.begin(), tally.CoverStart.end() - 1);
-  for (int k = 0; k < rules; ++k) {
-    const int* row = table[k];
-    for (int i = 0; i < cases; ++i) {
-      if (row[i] == 0) continue;
-      tally.Covers[next[i]++] = row[i] == 1 ? k : -1 - k;
-    }
-  }
+  for (const auto& [i, entry] : cells) tally.Covers[next[i]++] = entry;
 }
 
 void CountRow(const int* row, int cases, int& right, int& wrong) {
@@ -130,6 +128,32 @@ void TakeOutCases(const DataSet& data, CoverageTable table, int* classCounts, in
   }
 }
 
+// Swaps two rules of the list, x the earlier one.
+void SwapRecords(RuleSet& rules, RuleRecord* x, RuleRecord* y) {
+  RuleRecord* before = x->Prev;
+  RuleRecord* after = y->Next;
+  if (x->Next == y) {
+    // Neighbours: before, y, x, after.
+    y->Prev = before;
+    y->Next = x;
+    x->Prev = y;
+    x->Next = after;
+  } else {
+    RuleRecord* xNext = x->Next;
+    RuleRecord* yPrev = y->Prev;
+    y->Prev = before;
+    y->Next = xNext;
+    xNext->Prev = y;
+    x->Prev = yPrev;
+    x->Next = after;
+    yPrev->Next = x;
+  }
+  if (before) before->Next = y;
+  else rules.First = y;
+  if (after) after->Prev = x;
+  else rules.Last = x;
+}
+
 RuleRecord* RuleAt(const RuleSet& rules, int position) {
   RuleRecord* r = rules.First;
   for (int k = 0; k < position && r; ++k) r = r->Next;
@@ -170,6 +194,8 @@ int OrderRuleAndSetDefault(RuleSet& ruleSet, const DataSet& data, const std::vec
   FillInTable(ruleSet, data, table);
   Tally tally;
   BuildTally(table, rules, cases, tally);
+  std::vector<RuleRecord*> at;  // the rule at each position
+  for (RuleRecord* r = ruleSet.First; r; r = r->Next) at.push_back(r);
 
   std::vector<int> setAside;  // chosen since the last placement but too inaccurate
   int p = 0;
@@ -186,7 +212,8 @@ int OrderRuleAndSetDefault(RuleSet& ruleSet, const DataSet& data, const std::vec
     setAside.clear();
     const int s = choice->Position;
     if (s != p) {
-      SwapRule(ruleSet, p, s);
+      SwapRecords(ruleSet, at[p], at[s]);
+      std::swap(at[p], at[s]);
       SwapRow(table, p, s);
       std::swap(tally.Id[p], tally.Id[s]);
     }
@@ -211,30 +238,7 @@ int FreeLowAccRule(const DataSet& data, CoverageTable table, const int* position
 int SwapRule(RuleSet& rules, int a, int b) {
   if (a == b) return 1;
   if (a > b) std::swap(a, b);
-  RuleRecord* x = RuleAt(rules, a);  // the earlier of the two
-  RuleRecord* y = RuleAt(rules, b);
-  RuleRecord* before = x->Prev;
-  RuleRecord* after = y->Next;
-  if (x->Next == y) {
-    // Neighbours: before, y, x, after.
-    y->Prev = before;
-    y->Next = x;
-    x->Prev = y;
-    x->Next = after;
-  } else {
-    RuleRecord* xNext = x->Next;
-    RuleRecord* yPrev = y->Prev;
-    y->Prev = before;
-    y->Next = xNext;
-    xNext->Prev = y;
-    x->Prev = yPrev;
-    x->Next = after;
-    yPrev->Next = x;
-  }
-  if (before) before->Next = y;
-  else rules.First = y;
-  if (after) after->Prev = x;
-  else rules.Last = x;
+  SwapRecords(rules, RuleAt(rules, a), RuleAt(rules, b));
   return 1;
 }
 
