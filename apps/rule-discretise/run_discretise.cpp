@@ -21,12 +21,15 @@
 namespace {
 
 const char kUsage[] =
-    "Usage: rule-discretise -f STEM [-s FRACTION] -o OUTSTEM\n"
+    "Usage: rule-discretise -f STEM [-m merge|entropy] [-s FRACTION] -o OUTSTEM\n"
     "Reads STEM.names and STEM.data, cuts every continuous attribute into intervals and\n"
     "writes the categorical pair OUTSTEM.names and OUTSTEM.data, which rule can mine.\n"
     "  -f STEM      stem of the input files\n"
+    "  -m METHOD    merge: merge neighbouring values while an interval is too small (default);\n"
+    "               entropy: cut by class entropy with the minimum-description-length rule\n"
     "  -s FRACTION  minimum support as a fraction of the cases, from 0 to 1 (default 0.1):\n"
-    "               an interval holding at most that many cases is merged with a neighbour\n"
+    "               with merge, an interval holding at most that many cases is merged with a\n"
+    "               neighbour; entropy does not use it\n"
     "  -o OUTSTEM   stem of the output files; it must not name the input files\n"
     "  --help       show this text\n";
 
@@ -58,18 +61,22 @@ bool SameFile(const std::string& x, const std::string& y) {
 }
 
 // Reads, cuts, reports and writes. The status is the run's last word.
-Status Discretise(const std::string& stem, float fraction, const std::string& outStem) {
+Status Discretise(const std::string& stem, float fraction, CutMethod method, const std::string& outStem) {
   DataSet data;
   data.FileName = stem;
   InputErrors errors{stdout, 0};
   RETURN_IF_FAILED(GetNames(data, stem, errors, true));
   RETURN_IF_FAILED(ReadData(data, ".data", errors));
   const int minSup = ComputeMinSup(data.MaxData, fraction);
-  std::printf("Read %d cases of %d attributes from %s; an interval of at most %d cases is merged\n",
-              data.MaxData, data.MaxAtt - 1, stem.c_str(), minSup);
+  if (method == CutMethod::kEntropy)
+    std::printf("Read %d cases of %d attributes from %s; the attributes are cut by class entropy\n", data.MaxData,
+                data.MaxAtt - 1, stem.c_str());
+  else
+    std::printf("Read %d cases of %d attributes from %s; an interval of at most %d cases is merged\n",
+                data.MaxData, data.MaxAtt - 1, stem.c_str(), minSup);
 
   std::vector<CutAttribute> cuts;
-  RETURN_IF_FAILED(DiscretiseAttributes(data, minSup, &cuts));
+  RETURN_IF_FAILED(DiscretiseAttributes(data, minSup, &cuts, method));
   for (const CutAttribute& cut : cuts) {
     const std::vector<std::string> names = IntervalSpellings(cut.Intervals);
     std::printf("%s: %d interval%s\n", data.AttName[cut.Declared].c_str(), static_cast<int>(names.size()),
@@ -89,7 +96,7 @@ Status Discretise(const std::string& stem, float fraction, const std::string& ou
 
 int RunDiscretise(int argc, char** argv) {
   OptionSpec spec;
-  spec.ValueFlags = {"-f", "-s", "-o"};
+  spec.ValueFlags = {"-f", "-m", "-s", "-o"};
   CommandLine line;
   const ParseProblem problem = ParseCommandLine(argc, argv, 1, spec, line);
   if (line.Help) {
@@ -105,6 +112,11 @@ int RunDiscretise(int argc, char** argv) {
   float fraction = 0.1f;
   if (const std::string* value = line.Value("-s"); value && !ParseFraction(value->c_str(), &fraction))
     return BadUsage("the support fraction must be a number from 0 to 1, not " + *value);
+  CutMethod method = CutMethod::kMerge;
+  if (const std::string* value = line.Value("-m")) {
+    if (*value == "entropy") method = CutMethod::kEntropy;
+    else if (*value != "merge") return BadUsage("the method must be merge or entropy, not " + *value);
+  }
   if (!line.Has("-f")) return BadUsage("no input stem (-f)");
   if (!line.Has("-o")) return BadUsage("no output stem (-o)");
   const std::string stem = *line.Value("-f");
@@ -118,5 +130,5 @@ int RunDiscretise(int argc, char** argv) {
       }
     }
   }
-  return Finish(Discretise(stem, fraction, outStem));
+  return Finish(Discretise(stem, fraction, method, outStem));
 }

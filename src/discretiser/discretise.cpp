@@ -15,7 +15,9 @@
 #include <cstdarg>
 #include <cstdio>
 #include <queue>
+#include <utility>
 
+#include "discretiser/entropy_cuts.h"
 #include "input/readers.h"
 
 namespace {
@@ -270,9 +272,14 @@ std::vector<ContValue> CutIntervals(const std::vector<float>& sorted, int minSup
   return merged;
 }
 
-Status DiscretiseAttributes(DataSet& data, int gMinSup, std::vector<CutAttribute>* cuts) {
+Status DiscretiseAttributes(DataSet& data, int gMinSup, std::vector<CutAttribute>* cuts, CutMethod method) {
   std::vector<float> values;
   values.reserve(static_cast<size_t>(data.MaxData) + 1);
+  // The class of each case as an index: the raw rows hold the class item in
+  // column RealAtt-1, and the class items are the last MaxClass codes until
+  // the interval items are added. An unknown class gives no index.
+  const int firstClassItem = data.MaxItem - data.MaxClass + 1;
+  std::vector<std::pair<float, int>> valueClass;
   int column = 0;
   for (int a = 0; a < data.MaxAtt; ++a) {
     if (data.SpecialStatus[a] == 1) continue;  // ignored: no column
@@ -287,7 +294,19 @@ Status DiscretiseAttributes(DataSet& data, int gMinSup, std::vector<CutAttribute
     }
     std::sort(values.begin(), values.end());
 
-    std::vector<ContValue> intervals = CutIntervals(values, gMinSup);
+    std::vector<ContValue> intervals;
+    if (method == CutMethod::kEntropy) {
+      valueClass.clear();
+      for (int i = 0; i < data.MaxData; ++i) {
+        const float x = data.RawDataSpace[i][c];
+        if (x == kUnknownValue) continue;
+        const int cls = static_cast<int>(data.RawDataSpace[i][data.RealAtt - 1]) - firstClassItem;
+        valueClass.emplace_back(x == 0.0f ? 0.0f : x, cls);
+      }
+      intervals = IntervalsFromCuts(values, EntropyCutPoints(valueClass, data.MaxClass));
+    } else {
+      intervals = CutIntervals(values, gMinSup);
+    }
     const int firstCode = AddIntervalItems(data, a, c, intervals);
     RETURN_IF_FAILED(CheckItemLimit(data, data.FileName + ".data"));
     RecodeColumn(data, c, intervals, firstCode);

@@ -49,7 +49,14 @@ std::vector<ContValue> CutIntervals(const std::vector<float>& sorted, int minSup
 // DataSpace. What each continuous attribute became is handed back, in
 // declared order, when cuts is not null. Fails when the interval items pass
 // the item limit of the data space.
-Status DiscretiseAttributes(DataSet& data, int gMinSup, std::vector<CutAttribute>* cuts);
+//
+// With CutMethod::kEntropy the intervals come from the class instead: each
+// attribute is cut by class entropy with the minimum-description-length
+// stopping rule (EntropyCutPoints), and gMinSup plays no part; cases of
+// unknown class count only towards the interval counts.
+enum class CutMethod { kMerge, kEntropy };
+Status DiscretiseAttributes(DataSet& data, int gMinSup, std::vector<CutAttribute>* cuts,
+                            CutMethod method = CutMethod::kMerge);
 // DiscretiseAttributes without the cuts.
 Status Discretion(DataSet& data, int gMinSup);
 

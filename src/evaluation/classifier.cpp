@@ -94,6 +94,7 @@ RuleSet BuildClassifier(const DataSet& data, const ClassifierSettings& settings,
   options.MinConf = settings.Confidence;
   options.MaxLayer = settings.Layers;
   options.Discard = settings.DiscardRest ? 1 : 0;
+  options.ClassTargetsOnly = 1;  // only class rules go into the classifier
   MinedRules run;
   run.GMinSup = ComputeMinSup(data.MaxData, settings.Support);
   MineLayers(run, data, options, out, report);

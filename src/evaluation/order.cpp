@@ -12,12 +12,46 @@
 
 namespace {
 
-// Right and wrong cells of every row, kept in step with the table while the
-// ordering takes cases out, so that a choice need not recount whole rows.
+// Right and wrong cells of every rule, kept in step with the cases the
+// ordering takes out, so that a choice need not recount whole rows. The
+// rules are numbered by their first row; Id follows the rows as they swap.
+// Each case lists the rules that cover it (a negative entry -1-r: rule r
+// covers it wrongly), and a case taken out is marked instead of clearing its
+// cells, so that taking out a case costs one step per covering rule.
 struct Tally {
   std::vector<int> Right;
   std::vector<int> Wrong;
+  std::vector<int> Id;
+  std::vector<char> Taken;
+  std::vector<int> CoverStart;  // case i's rules: Covers[CoverStart[i] .. CoverStart[i+1])
+  std::vector<int> Covers;
 };
+
+void BuildTally(CoverageTable table, int rules, int cases, Tally& tally) {
+  tally.Right.assign(static_cast<size_t>(rules), 0);
+  tally.Wrong.assign(static_cast<size_t>(rules), 0);
+  tally.Id.resize(static_cast<size_t>(rules));
+  tally.Taken.assign(static_cast<size_t>(cases), 0);
+  tally.CoverStart.assign(static_cast<size_t>(cases) + 1, 0);
+  // One pass over the table gathers the covered cells; they are then
+  // grouped by case.
+  std::vector<std::pair<int, int>> cells;  // case, entry
+  for (int k = 0; k < rules; ++k) {
+    tally.Id[k] = k;
+    const int* row = table[k];
+    for (int i = 0; i < cases; ++i) {
+      if (row[i] == 0) continue;
+      tally.CoverStart[i + 1] += 1;
+      if (row[i] == 1) tally.Right[k] += 1;
+      else tally.Wrong[k] += 1;
+      cells.emplace_back(i, row[i] == 1 ? k : -1 - k);
+    }
+  }
+  for (int i = 0; i < cases; ++i) tally.CoverStart[i + 1] += tally.CoverStart[i];
+  tally.Covers.resize(cells.size());
+  std::vector<int> next(tally.CoverStart.begin(), tally.CoverStart.end() - 1);
+  for (const auto& [i, entry] : cells) tally.Covers[next[i]++] = entry;
+}
 
 void CountRow(const int* row, int cases, int& right, int& wrong) {
   right = 0;
@@ -41,8 +75,8 @@ int ChooseRow(const RuleSet& rules, int cases, CoverageTable table, RuleChoice* 
     if (row[cases + 1] == 1) continue;
     int right, wrong;
     if (tally) {
-      right = tally->Right[k];
-      wrong = tally->Wrong[k];
+      right = tally->Right[tally->Id[k]];
+      wrong = tally->Wrong[tally->Id[k]];
     } else {
       CountRow(row, cases, right, wrong);
     }
@@ -63,9 +97,8 @@ int ChooseRow(const RuleSet& rules, int cases, CoverageTable table, RuleChoice* 
   return 1;
 }
 
-// UpdateTable, keeping the tally in step when given.
-void TakeOutCases(const RuleSet& rules, const DataSet& data, CoverageTable table, int* classCounts, int p,
-                  Tally* tally) {
+// UpdateTable.
+void TakeOutCases(const RuleSet& rules, const DataSet& data, CoverageTable table, int* classCounts, int p) {
   const int cases = data.MaxData;
   int* placed = table[p];
   const int target = placed[cases];
@@ -73,15 +106,52 @@ void TakeOutCases(const RuleSet& rules, const DataSet& data, CoverageTable table
     if (placed[i] == 0) continue;
     // The counts hold one entry per class of the names file.
     if (placed[i] == 1 && target >= 0 && target < data.MaxClass) classCounts[target] -= 1;
-    for (int q = p; q < rules.NumOfRules; ++q) {
-      int& cell = table[q][i];
-      if (tally && cell != 0) {
-        if (cell == 1) tally->Right[q] -= 1;
-        else tally->Wrong[q] -= 1;
-      }
-      cell = 0;
+    for (int q = p; q < rules.NumOfRules; ++q) table[q][i] = 0;
+  }
+}
+
+// The same with the tally: the cases of row p not yet taken out go, and the
+// counts of every rule covering them follow; the cells stay as they are.
+void TakeOutCases(const DataSet& data, CoverageTable table, int* classCounts, int p, Tally& tally) {
+  const int cases = data.MaxData;
+  const int* placed = table[p];
+  const int target = placed[cases];
+  for (int i = 0; i < cases; ++i) {
+    if (placed[i] == 0 || tally.Taken[i]) continue;
+    if (placed[i] == 1 && target >= 0 && target < data.MaxClass) classCounts[target] -= 1;
+    tally.Taken[i] = 1;
+    for (int c = tally.CoverStart[i]; c < tally.CoverStart[i + 1]; ++c) {
+      const int entry = tally.Covers[c];
+      if (entry >= 0) tally.Right[entry] -= 1;
+      else tally.Wrong[-1 - entry] -= 1;
     }
   }
+}
+
+// Swaps two rules of the list, x the earlier one.
+void SwapRecords(RuleSet& rules, RuleRecord* x, RuleRecord* y) {
+  RuleRecord* before = x->Prev;
+  RuleRecord* after = y->Next;
+  if (x->Next == y) {
+    // Neighbours: before, y, x, after.
+    y->Prev = before;
+    y->Next = x;
+    x->Prev = y;
+    x->Next = after;
+  } else {
+    RuleRecord* xNext = x->Next;
+    RuleRecord* yPrev = y->Prev;
+    y->Prev = before;
+    y->Next = xNext;
+    xNext->Prev = y;
+    x->Prev = yPrev;
+    x->Next = after;
+    yPrev->Next = x;
+  }
+  if (before) before->Next = y;
+  else rules.First = y;
+  if (after) after->Prev = x;
+  else rules.Last = x;
 }
 
 RuleRecord* RuleAt(const RuleSet& rules, int position) {
@@ -123,9 +193,9 @@ int OrderRuleAndSetDefault(RuleSet& ruleSet, const DataSet& data, const std::vec
 
   FillInTable(ruleSet, data, table);
   Tally tally;
-  tally.Right.resize(static_cast<size_t>(rules));
-  tally.Wrong.resize(static_cast<size_t>(rules));
-  for (int k = 0; k < rules; ++k) CountRow(table[k], cases, tally.Right[k], tally.Wrong[k]);
+  BuildTally(table, rules, cases, tally);
+  std::vector<RuleRecord*> at;  // the rule at each position
+  for (RuleRecord* r = ruleSet.First; r; r = r->Next) at.push_back(r);
 
   std::vector<int> setAside;  // chosen since the last placement but too inaccurate
   int p = 0;
@@ -142,12 +212,12 @@ int OrderRuleAndSetDefault(RuleSet& ruleSet, const DataSet& data, const std::vec
     setAside.clear();
     const int s = choice->Position;
     if (s != p) {
-      SwapRule(ruleSet, p, s);
+      SwapRecords(ruleSet, at[p], at[s]);
+      std::swap(at[p], at[s]);
       SwapRow(table, p, s);
-      std::swap(tally.Right[p], tally.Right[s]);
-      std::swap(tally.Wrong[p], tally.Wrong[s]);
+      std::swap(tally.Id[p], tally.Id[s]);
     }
-    TakeOutCases(ruleSet, data, table, classCounts.data(), p, &tally);
+    TakeOutCases(data, table, classCounts.data(), p, tally);
     ++p;
   }
 
@@ -168,30 +238,7 @@ int FreeLowAccRule(const DataSet& data, CoverageTable table, const int* position
 int SwapRule(RuleSet& rules, int a, int b) {
   if (a == b) return 1;
   if (a > b) std::swap(a, b);
-  RuleRecord* x = RuleAt(rules, a);  // the earlier of the two
-  RuleRecord* y = RuleAt(rules, b);
-  RuleRecord* before = x->Prev;
-  RuleRecord* after = y->Next;
-  if (x->Next == y) {
-    // Neighbours: before, y, x, after.
-    y->Prev = before;
-    y->Next = x;
-    x->Prev = y;
-    x->Next = after;
-  } else {
-    RuleRecord* xNext = x->Next;
-    RuleRecord* yPrev = y->Prev;
-    y->Prev = before;
-    y->Next = xNext;
-    xNext->Prev = y;
-    x->Prev = yPrev;
-    x->Next = after;
-    yPrev->Next = x;
-  }
-  if (before) before->Next = y;
-  else rules.First = y;
-  if (after) after->Prev = x;
-  else rules.Last = x;
+  SwapRecords(rules, RuleAt(rules, a), RuleAt(rules, b));
   return 1;
 }
 
@@ -201,7 +248,7 @@ int SwapRow(CoverageTable table, int a, int b) {
 }
 
 int UpdateTable(const RuleSet& rules, const DataSet& data, CoverageTable table, int* classCounts, int p) {
-  TakeOutCases(rules, data, table, classCounts, p, nullptr);
+  TakeOutCases(rules, data, table, classCounts, p);
   return 1;
 }
 

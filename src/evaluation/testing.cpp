@@ -1,6 +1,7 @@
 // Matching rules against cases, the first-match and vote tests, and the
 // coverage table that the ordering works on.
 #include <algorithm>
+#include <cstdint>
 #include <cstdio>
 #include <vector>
 
@@ -106,12 +107,40 @@ int Testmulti(RuleSet& rules, const DataSet& data, std::FILE* out) {
 int FillInTable(const RuleSet& rules, const DataSet& data, CoverageTable table) {
   if (!rules.First) return 1;
   const int cases = data.MaxData;
+  const int realAtt = data.RealAtt;
+  // The cases of each item code as a bit set, so that the cases a rule
+  // covers are the intersection of its antecedent items' sets. Codes
+  // outside 0..MaxItem+1 are left to MatchTest.
+  const int width = std::max(data.MaxItem, 0) + 2;
+  const size_t words = (static_cast<size_t>(cases) + 63) / 64;
+  std::vector<std::uint64_t> casesOf(static_cast<size_t>(width) * words, 0);
+  for (int i = 0; i < cases; ++i) {
+    const short* row = data.DataSpace[i];
+    for (int j = 0; j < realAtt; ++j)
+      if (row[j] >= 0 && row[j] < width)
+        casesOf[static_cast<size_t>(row[j]) * words + static_cast<size_t>(i) / 64] |= std::uint64_t{1} << (i % 64);
+  }
+  std::vector<std::uint64_t> covered(words);
   int k = 0;
   for (const RuleRecord* r = rules.First; r; r = r->Next, ++k) {
     int* row = table[k];
-    for (int i = 0; i < cases; ++i) {
-      const int match = MatchTest(data.DataSpace[i], r, data.RealAtt);
-      row[i] = match < 0 ? 0 : (match == 1 ? 1 : -1);
+    bool inRange = true;
+    for (int a = 0; a < r->Len; ++a) inRange = inRange && r->Antecedent[a] >= 0 && r->Antecedent[a] < width;
+    if (inRange) {
+      std::fill(covered.begin(), covered.end(), ~std::uint64_t{0});
+      for (int a = 0; a < r->Len; ++a) {
+        const std::uint64_t* set = casesOf.data() + static_cast<size_t>(r->Antecedent[a]) * words;
+        for (size_t w = 0; w < words; ++w) covered[w] &= set[w];
+      }
+      for (int i = 0; i < cases; ++i) {
+        const bool covers = (covered[static_cast<size_t>(i) / 64] >> (i % 64)) & 1;
+        row[i] = !covers ? 0 : (data.DataSpace[i][realAtt] == r->Target ? 1 : -1);
+      }
+    } else {
+      for (int i = 0; i < cases; ++i) {
+        const int match = MatchTest(data.DataSpace[i], r, realAtt);
+        row[i] = match < 0 ? 0 : (match == 1 ? 1 : -1);
+      }
     }
     row[cases] = r->Target;
     row[cases + 1] = 0;

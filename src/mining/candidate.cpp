@@ -57,7 +57,7 @@ void PrintPermanentlyEmpty(std::FILE* out, const TreeNode* g, const TreeNode* tm
   }
 }
 
-int Join(CandidateTree& tree, TreeNode* g, JoinWork& w, const DebugDump& dump) {
+int Join(CandidateTree& tree, TreeNode* g, JoinWork& w, const DebugDump& dump, int classTargetsFrom) {
   const int n = g->NumOfSon;
   if (n < 2) return 0;
   int result = 0;
@@ -108,18 +108,26 @@ int Join(CandidateTree& tree, TreeNode* g, JoinWork& w, const DebugDump& dump) {
         if (s->Token == 2) perfect = true;
       }
 
-      int sum = 0;
-      for (int p = 0; p <= L; ++p) sum += w.flags[p];
-      if (sum == 0) {
-        if (perfect) continue;
-        bool liveSon = false;
-        for (int s = 0; s < n && !liveSon; ++s) {
-          const TreeNode* x = g->Son[s];
-          liveSon = x && x->TargetFlag[x->Length - 1] != 0;
-        }
-        if (!liveSon) {
-          if (dump.Debug) PrintPermanentlyEmpty(dump.Out, g, tmp1, n);
-          continue;
+      if (classTargetsFrom > 0) {
+        // Only class rules are wanted: an itemset with a class item (the
+        // largest item, so the last) serves only the rule with the class as
+        // target, and one without serves as an antecedent unless it holds a
+        // perfect rule, which makes its class rules redundant.
+        if (w.items[L] >= classTargetsFrom ? w.flags[L] == 0 : perfect) continue;
+      } else {
+        int sum = 0;
+        for (int p = 0; p <= L; ++p) sum += w.flags[p];
+        if (sum == 0) {
+          if (perfect) continue;
+          bool liveSon = false;
+          for (int s = 0; s < n && !liveSon; ++s) {
+            const TreeNode* x = g->Son[s];
+            liveSon = x && x->TargetFlag[x->Length - 1] != 0;
+          }
+          if (!liveSon) {
+            if (dump.Debug) PrintPermanentlyEmpty(dump.Out, g, tmp1, n);
+            continue;
+          }
         }
       }
 
@@ -138,20 +146,20 @@ int Join(CandidateTree& tree, TreeNode* g, JoinWork& w, const DebugDump& dump) {
   return result;
 }
 
-int Generate(CandidateTree& tree, TreeNode* node, int k, JoinWork& w, const DebugDump& dump) {
+int Generate(CandidateTree& tree, TreeNode* node, int k, JoinWork& w, const DebugDump& dump, int classTargetsFrom) {
   if (!node) return 0;
-  if (node->Length == k - 2) return Join(tree, node, w, dump);
+  if (node->Length == k - 2) return Join(tree, node, w, dump, classTargetsFrom);
   if (node->Length == k - 1 || node->Length == k || node->NumOfSon == 0) return 0;
   int sum = 0;
-  for (int s = 0; s < node->NumOfSon; ++s) sum += Generate(tree, node->Son[s], k, w, dump);
+  for (int s = 0; s < node->NumOfSon; ++s) sum += Generate(tree, node->Son[s], k, w, dump, classTargetsFrom);
   return sum;
 }
 
 }  // namespace
 
-int CandidateGen(CandidateTree& tree, TreeNode* node, int layer, const DebugDump& dump) {
+int CandidateGen(CandidateTree& tree, TreeNode* node, int layer, const DebugDump& dump, int classTargetsFrom) {
   JoinWork work(layer > 0 ? layer + 1 : 2);
-  return Generate(tree, node, layer, work, dump);
+  return Generate(tree, node, layer, work, dump, classTargetsFrom);
 }
 
 TreeNode* SearchSubSet(const CandidateTree& tree, const int* items, int n) {

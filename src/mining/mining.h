@@ -43,7 +43,12 @@ struct DebugDump {
   int Debug = 0;
   std::FILE* Out = stdout;
 };
-int CandidateGen(CandidateTree& tree, TreeNode* node, int layer, const DebugDump& dump);
+// classTargetsFrom > 0: the items from that code on are the class items and
+// the only targets; no candidate is made whose class target is dead or that
+// holds a perfect rule, and an itemset without a class item is made even
+// when none of its own targets lives, since it may still be the antecedent
+// of a class rule.
+int CandidateGen(CandidateTree& tree, TreeNode* node, int layer, const DebugDump& dump, int classTargetsFrom = 0);
 TreeNode* SearchSubSet(const CandidateTree& tree, const int* items, int n);
 int FrequentSubSet(const CandidateTree& tree, const int* items, int n, int* supports, TreeNode** nodes);
 
@@ -53,10 +58,17 @@ struct SelectionSettings {
   float MinConf = 0.999999f;
   float IMP = 0.0f;
   int Ass = 0;
+  int ClassTargetsFrom = 0;  // > 0: only rules whose target is at least this item code are written
   DebugDump Dump;
 };
 int RuleSelectANdPruning(CandidateTree& tree, TreeNode* node, int layer, const SelectionSettings& settings,
                          const ItemCounts& counts, RuleSet& rules);
+// Deletes the nodes of the newest layer that can lead to no class rule (the
+// items from classTargetsFrom on being the class items): a node with a class
+// item whose class target is dead, and a node without one that holds a
+// perfect rule or for which no class c has every itemset (node without one
+// item) + c in the tree with c live. Returns the number deleted.
+int PruneForClassTargets(CandidateTree& tree, int layer, int classTargetsFrom);
 
 // ---- The layer loop ----
 // Everything a mining run builds: the counts, the tree and the rules.

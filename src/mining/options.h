@@ -20,4 +20,9 @@ struct MiningOptions {
   int Discard = 0;           // -d: trim rules left over by the ordering
   int Time = 0;              // -t: echoed only
   float IMP = 0.0f;          // improvement margin of rule selection (no option)
+  // Only the class values are targets (no option; the classifier sets it):
+  // only class rules are written, and the tree keeps only the itemsets that
+  // can still lead to a class rule. The class items are the last MaxClass
+  // item codes.
+  int ClassTargetsOnly = 0;
 };
