@@ -36,7 +36,7 @@ const char kUsage[] =
 
 int UsageError(const std::string& message) {
   std::fprintf(stderr, "rule-import: %s\n%s", message.c_str(), kUsage);
-  return 2;
+  return 1;  // the companions' status for a command line that cannot be run
 }
 
 bool ParseDelimiter(const std::string& text, char* delimiter) {

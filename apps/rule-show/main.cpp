@@ -36,7 +36,7 @@ const char kUsage[] =
 
 int Usage(const std::string& problem) {
   std::fprintf(stderr, "rule-show: %s\n%s", problem.c_str(), kUsage);
-  return 2;
+  return 1;  // the companions' status for a command line that cannot be run
 }
 
 int CannotWrite(const std::string& path, const std::string& reason) {
