@@ -8,7 +8,7 @@
 
 #include "show/formats.h"
 #include "show/html.h"
-#include "show/output.h"
+#include "base/staged_file.h"
 #include "show/rulefile.h"
 #include "show/select.h"
 #include "test_support.h"
@@ -262,16 +262,16 @@ TEST(ShowOutput, ReplacesOnlyAWholeFile) {
   std::string reason;
   WriteFile(dir / "r.html", "old");
   {
-    show::PendingFile pending;
+    PendingFile pending;
     ASSERT_TRUE(pending.Write(dir / "r.html", "new", reason)) << reason;
     EXPECT_EQ(ReadFile(dir / "r.html"), "old");
   }  // never committed: the temporary file goes, the old file stays
   EXPECT_EQ(ReadFile(dir / "r.html"), "old");
-  ASSERT_TRUE(show::WriteFileReplacing(dir / "r.html", "new", reason)) << reason;
+  ASSERT_TRUE(WriteFileReplacing(dir / "r.html", "new", reason)) << reason;
   EXPECT_EQ(ReadFile(dir / "r.html"), "new");
-  EXPECT_FALSE(show::WriteFileReplacing(dir / "no/r.html", "x", reason));
+  EXPECT_FALSE(WriteFileReplacing(dir / "no/r.html", "x", reason));
   EXPECT_EQ(reason, "No such file or directory");
-  EXPECT_FALSE(show::WriteFileReplacing(dir.path(), "x", reason));
+  EXPECT_FALSE(WriteFileReplacing(dir.path(), "x", reason));
   EXPECT_EQ(reason, "Is a directory");
   EXPECT_EQ(testing_support::RunProgram("sh", "ls -a | grep -c tmp-", dir.path()).output, "0\n");
 }

@@ -10,18 +10,18 @@ bool Contains(const std::vector<std::string>& list, const std::string& word) {
 
 }  // namespace
 
-ParseProblem ParseCommandLine(int argc, char** argv, int first, const OptionSpec& spec, CommandLine& line) {
+ParseProblem ParseCommandLine(int argc, char** argv, int first, const AcceptedOptions& accepted, CommandLine& line) {
   for (int i = first; i < argc; ++i) {
     const std::string arg = argv[i];
     if (arg == "--help" || arg == "-h") {
       line.Help = true;
-    } else if (Contains(spec.ValueFlags, arg)) {
+    } else if (Contains(accepted.ValueFlags, arg)) {
       if (i + 1 >= argc) return {ParseProblem::MissingValue, arg};
       line.Values[arg] = argv[++i];
-    } else if (Contains(spec.Switches, arg)) {
+    } else if (Contains(accepted.Switches, arg)) {
       line.Switches.insert(arg);
-    } else if (spec.JoinedValues && arg.size() > 2 && arg[0] == '-' && arg[1] != '-' &&
-               Contains(spec.ValueFlags, arg.substr(0, 2))) {
+    } else if (accepted.JoinedValues && arg.size() > 2 && arg[0] == '-' && arg[1] != '-' &&
+               Contains(accepted.ValueFlags, arg.substr(0, 2))) {
       line.Values[arg.substr(0, 2)] = arg.substr(2);
     } else if (!arg.empty() && arg[0] == '-' && arg != "-") {
       return {ParseProblem::UnknownOption, arg};

@@ -17,7 +17,7 @@ constexpr int kExitDone = 0;
 constexpr int kExitRefused = 1;
 
 // What a command accepts.
-struct OptionSpec {
+struct AcceptedOptions {
   std::vector<std::string> ValueFlags;  // "-f", "--seed": take the next word (or, for one letter, "-fVALUE")
   std::vector<std::string> Switches;    // "-d", "--vote": stand alone
   bool JoinedValues = false;            // "-fVALUE" gives -f the value VALUE
@@ -43,6 +43,6 @@ struct ParseProblem {
   explicit operator bool() const { return What != None; }
 };
 
-// Reads argv[first..] against the spec. Parsing stops at the first problem;
+// Reads argv[first..] against the accepted options. Parsing stops at the first problem;
 // --help anywhere before it sets Help.
-ParseProblem ParseCommandLine(int argc, char** argv, int first, const OptionSpec& spec, CommandLine& line);
+ParseProblem ParseCommandLine(int argc, char** argv, int first, const AcceptedOptions& accepted, CommandLine& line);

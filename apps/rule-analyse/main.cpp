@@ -71,11 +71,11 @@ Status Analyse(const MiningOptions& options) {
 }
 
 int RunAnalyse(int argc, char** argv) {
-  OptionSpec spec;
-  spec.ValueFlags = {"-f", "-s", "-c", "-l"};
-  spec.JoinedValues = true;  // "-fSTEM" as well as "-f STEM"
+  AcceptedOptions accepted;
+  accepted.ValueFlags = {"-f", "-s", "-c", "-l"};
+  accepted.JoinedValues = true;  // "-fSTEM" as well as "-f STEM"
   CommandLine line;
-  const ParseProblem problem = ParseCommandLine(argc, argv, 1, spec, line);
+  const ParseProblem problem = ParseCommandLine(argc, argv, 1, accepted, line);
   if (line.Help) {
     std::printf("%s", kUsage);
     return kExitDone;

@@ -11,9 +11,6 @@
 // does not depend on the number of threads.
 #include "rule-classify/classify_command.h"
 
-#include <sys/stat.h>
-#include <sys/types.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
@@ -32,6 +29,7 @@
 
 #include "base/files.h"
 #include "base/numbers.h"
+#include "base/staged_file.h"
 #include "common/command_line.h"
 #include "evaluation/evaluation.h"
 #include "input/readers.h"
@@ -165,22 +163,33 @@ LayerReport PrintingReport(std::FILE* out) {
 
 const std::vector<std::string> kMiningFlags = {"-f", "-s", "-c", "-l", "-r"};
 
-int Train(int argc, char** argv, std::FILE* out) {
-  OptionSpec spec;
-  spec.ValueFlags = kMiningFlags;
-  spec.ValueFlags.push_back("-o");
-  spec.Switches = {"-d"};
-  CommandLine line;
-  const ParseProblem parsed = ParseCommandLine(argc, argv, 2, spec, line);
+// Reads the command line of a command that mines (train, cv): the mining
+// options, -d, and the command's own value flags. Returns the exit status
+// when the command ends here (its help, or a command line it cannot run),
+// -1 when it goes on with line and settings.
+int ReadMiningCommand(int argc, char** argv, std::FILE* out, const char* command, const char* usage,
+                      const std::vector<std::string>& ownFlags, CommandLine& line, ClassifierSettings& settings) {
+  AcceptedOptions accepted;
+  accepted.ValueFlags = kMiningFlags;
+  accepted.ValueFlags.insert(accepted.ValueFlags.end(), ownFlags.begin(), ownFlags.end());
+  accepted.Switches = {"-d"};
+  const ParseProblem parsed = ParseCommandLine(argc, argv, 2, accepted, line);
   if (line.Help) {
-    std::fprintf(out, "%s%s", kTrainUsage, kMiningOptions);
+    std::fprintf(out, "%s%s", usage, kMiningOptions);
     return kExitDone;
   }
-  if (parsed) return UsageError(out, "train", Describe(parsed));
-  ClassifierSettings settings;
+  if (parsed) return UsageError(out, command, Describe(parsed));
   const std::string problem = MiningSettings(line, settings);
-  if (!problem.empty()) return UsageError(out, "train", problem);
-  if (!line.Value("-f")) return UsageError(out, "train", "the stem (-f STEM) is missing");
+  if (!problem.empty()) return UsageError(out, command, problem);
+  if (!line.Value("-f")) return UsageError(out, command, "the stem (-f STEM) is missing");
+  return -1;
+}
+
+int Train(int argc, char** argv, std::FILE* out) {
+  CommandLine line;
+  ClassifierSettings settings;
+  const int ended = ReadMiningCommand(argc, argv, out, "train", kTrainUsage, {"-o"}, line, settings);
+  if (ended >= 0) return ended;
   if (!line.Value("-o")) return UsageError(out, "train", "the rule file to write (-o RULEFILE) is missing");
   const std::string ruleFile = *line.Value("-o");
 
@@ -227,11 +236,11 @@ int LoadCasesAndRules(std::FILE* out, std::FILE* echo, const std::string& comman
 }
 
 int Test(int argc, char** argv, std::FILE* out) {
-  OptionSpec spec;
-  spec.ValueFlags = {"-f", "-R"};
-  spec.Switches = {"--vote", "--vote-report"};
+  AcceptedOptions accepted;
+  accepted.ValueFlags = {"-f", "-R"};
+  accepted.Switches = {"--vote", "--vote-report"};
   CommandLine line;
-  const ParseProblem parsed = ParseCommandLine(argc, argv, 2, spec, line);
+  const ParseProblem parsed = ParseCommandLine(argc, argv, 2, accepted, line);
   if (line.Help) {
     std::fprintf(out, "%s", kTestUsage);
     return kExitDone;
@@ -309,55 +318,12 @@ std::string PredictionTable(const RuleSet& rules, const DataSet& data, bool vote
   return table;
 }
 
-// Writes text to path. A regular file (or a new one) is written through a
-// temporary file beside it, renamed over it only when every byte has been
-// written, so a failed run leaves the old file as it was; anything else
-// (a device, a pipe) is written in place.
-Status WriteTable(const std::string& path, const std::string& text) {
-  struct stat st;
-  const bool special = stat(path.c_str(), &st) == 0 && !S_ISREG(st.st_mode);
-  if (special) {
-    if (S_ISDIR(st.st_mode)) return WriteFailure(path, EISDIR);
-    std::FILE* f = XFopen(path, "w");
-    if (!f) return WriteFailure(path, errno);
-    std::fwrite(text.data(), 1, text.size(), f);
-    return CloseWritten(f, path);
-  }
-  std::vector<char> name(path.begin(), path.end());
-  const char suffix[] = ".tmp-XXXXXX";
-  name.insert(name.end(), suffix, suffix + sizeof suffix);
-  // The name is kept before the file exists, so that nothing allocates
-  // between creating the file and taking charge of removing it.
-  std::string temporary(name.begin(), name.end() - 1);
-  const int fd = mkstemp(name.data());
-  if (fd < 0) return WriteFailure(path, errno);
-  std::copy(name.begin(), name.end() - 1, temporary.begin());
-  std::FILE* f = fdopen(fd, "w");
-  if (!f) {
-    const int error = errno;
-    close(fd);
-    unlink(temporary.c_str());
-    if (error == ENOMEM) throw std::bad_alloc();
-    return WriteFailure(path, error);
-  }
-  // mkstemp makes the file readable by its owner only; a new table gets the
-  // usual permissions.
-  const mode_t mask = umask(0);
-  umask(mask);
-  fchmod(fd, 0666 & ~mask);
-  std::fwrite(text.data(), 1, text.size(), f);
-  Status closed = CloseWritten(f, path);
-  if (closed.ok() && std::rename(temporary.c_str(), path.c_str()) != 0) closed = WriteFailure(path, errno);
-  if (!closed.ok()) unlink(temporary.c_str());
-  return closed;
-}
-
 int Predict(int argc, char** argv, std::FILE* out) {
-  OptionSpec spec;
-  spec.ValueFlags = {"-f", "-R", "-o"};
-  spec.Switches = {"--vote"};
+  AcceptedOptions accepted;
+  accepted.ValueFlags = {"-f", "-R", "-o"};
+  accepted.Switches = {"--vote"};
   CommandLine line;
-  const ParseProblem parsed = ParseCommandLine(argc, argv, 2, spec, line);
+  const ParseProblem parsed = ParseCommandLine(argc, argv, 2, accepted, line);
   if (line.Help) {
     std::fprintf(out, "%s", kPredictUsage);
     return kExitDone;
@@ -379,10 +345,11 @@ int Predict(int argc, char** argv, std::FILE* out) {
   if (loaded >= 0) return loaded;
   const std::string table = PredictionTable(rules, data, line.Switches.count("--vote") > 0);
   if (const std::string* file = line.Value("-o")) {
-    const Status written = WriteTable(*file, table);
-    if (!written.ok()) {
-      std::fputs(written.message().c_str(), messages);
-      return written.exit_status();
+    std::string reason;
+    int error = 0;
+    if (!WriteFileReplacing(*file, table, reason, &error)) {
+      std::fputs(WriteFailure(*file, error).message().c_str(), messages);
+      return kExitRefused;
     }
     return kExitDone;
   }
@@ -537,22 +504,10 @@ void RunFolds(int count, int threads, std::vector<FoldRun>& runs, Fold fold, std
 }
 
 int CrossValidate(int argc, char** argv, std::FILE* out) {
-  OptionSpec spec;
-  spec.ValueFlags = kMiningFlags;
-  spec.ValueFlags.push_back("-k");
-  spec.ValueFlags.push_back("--seed");
-  spec.Switches = {"-d"};
   CommandLine line;
-  const ParseProblem parsed = ParseCommandLine(argc, argv, 2, spec, line);
-  if (line.Help) {
-    std::fprintf(out, "%s%s", kCvUsage, kMiningOptions);
-    return kExitDone;
-  }
-  if (parsed) return UsageError(out, "cv", Describe(parsed));
   ClassifierSettings settings;
-  const std::string problem = MiningSettings(line, settings);
-  if (!problem.empty()) return UsageError(out, "cv", problem);
-  if (!line.Value("-f")) return UsageError(out, "cv", "the stem (-f STEM) is missing");
+  const int ended = ReadMiningCommand(argc, argv, out, "cv", kCvUsage, {"-k", "--seed"}, line, settings);
+  if (ended >= 0) return ended;
   long long folds = 10;
   if (const std::string* k = line.Value("-k"))
     if (!ParseWhole(*k, 2, 1000000, folds))

@@ -95,10 +95,10 @@ Status Discretise(const std::string& stem, float fraction, CutMethod method, con
 }  // namespace
 
 int RunDiscretise(int argc, char** argv) {
-  OptionSpec spec;
-  spec.ValueFlags = {"-f", "-m", "-s", "-o"};
+  AcceptedOptions accepted;
+  accepted.ValueFlags = {"-f", "-m", "-s", "-o"};
   CommandLine line;
-  const ParseProblem problem = ParseCommandLine(argc, argv, 1, spec, line);
+  const ParseProblem problem = ParseCommandLine(argc, argv, 1, accepted, line);
   if (line.Help) {
     std::fputs(kUsage, stdout);
     return kExitDone;

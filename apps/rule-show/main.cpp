@@ -10,7 +10,7 @@
 #include "base/console.h"
 #include "show/formats.h"
 #include "show/html.h"
-#include "show/output.h"
+#include "base/staged_file.h"
 #include "show/rulefile.h"
 #include "show/select.h"
 
@@ -128,7 +128,7 @@ int Run(int argc, char** argv) {
   // Every output is written in full before any file is replaced.
   const bool listing = html.empty() || formatGiven || !output.empty();
   const std::string text = listing ? show::FormatRules(file, rules, naming, format) : "";
-  show::PendingFile htmlFile, outputFile;
+  PendingFile htmlFile, outputFile;
   std::string reason;
   if (!html.empty() && !htmlFile.Write(html, show::HtmlReport(file, rules, naming), reason))
     return CannotWrite(html, reason);

@@ -14,7 +14,6 @@ enum class StatusKind {
   Unsupported,    // an attribute kind the miner does not process
   WriteFailed,    // a file could not be written completely
   DividedByZero,  // a rule with a zero count met while exporting
-  Usage,          // a command line that cannot be run
 };
 
 class Status {

@@ -42,7 +42,6 @@ void Counting(ItemCounts& counts, const DataSet& data) {
 
 void InitWholeTree(CandidateTree& tree, TreeNode* root, const ItemCounts& counts, const DataSet& data, int gMinSup,
                    std::FILE* out) {
-  const int MaxItem = data.MaxItem;
   tree.TreeSize = 0;
   root->NumOfSon = 0;
   root->Parent = nullptr;
@@ -50,10 +49,10 @@ void InitWholeTree(CandidateTree& tree, TreeNode* root, const ItemCounts& counts
   root->Length = 0;
   root->Support = data.MaxData;
   std::free(root->Son);
-  root->Son = XAllocArray<TreeNode*>(static_cast<size_t>(MaxItem) + 1);
-  root->SonCapacity = MaxItem + 1;
+  root->Son = XAllocArray<TreeNode*>(static_cast<size_t>(data.MaxItem) + 1);
+  root->SonCapacity = data.MaxItem + 1;
 
-  for (int c = 1; c <= MaxItem; ++c) {
+  for (int c = 1; c <= data.MaxItem; ++c) {
     if (counts.Counter1[c] >= gMinSup) root->Son[root->NumOfSon++] = NewNode(tree, root, c, counts, data.MaxData);
   }
   std::fprintf(out, "The first layer tree size is %d \n", root->NumOfSon);
@@ -184,13 +183,12 @@ class VerticalIndex {
   // would take more than the memory budget.
   bool Build(const TreeNode* root, const DataSet& data) {
     maxItem_ = data.MaxItem;
-    const int MaxItem = data.MaxItem;
     words_ = (static_cast<size_t>(data.MaxData) + 63) / 64;
-    slot_.assign(static_cast<size_t>(MaxItem) + 2, -1);
+    slot_.assign(static_cast<size_t>(maxItem_) + 2, -1);
     size_t items = 0;
     for (int s = 0; s < root->NumOfSon; ++s) {
       const TreeNode* son = root->Son[s];
-      if (son && son->Item > 0 && son->Item <= MaxItem && slot_[son->Item] < 0)
+      if (son && son->Item > 0 && son->Item <= maxItem_ && slot_[son->Item] < 0)
         slot_[son->Item] = static_cast<int>(items++);
     }
     if (items * words_ * sizeof(uint64_t) > kBudget) return false;
@@ -201,7 +199,7 @@ class VerticalIndex {
       const size_t word = static_cast<size_t>(r) / 64;
       for (int c = 0; c < data.RealAtt; ++c) {
         const int x = row[c];
-        if (x > 0 && x <= MaxItem && slot_[x] >= 0) bits_[static_cast<size_t>(slot_[x]) * words_ + word] |= bit;
+        if (x > 0 && x <= maxItem_ && slot_[x] >= 0) bits_[static_cast<size_t>(slot_[x]) * words_ + word] |= bit;
       }
     }
     return true;

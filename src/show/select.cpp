@@ -37,9 +37,9 @@ bool ParseSortKey(const std::string& name, SortKey& key) {
   return false;
 }
 
-bool Names(const std::string& spec, const Item& item, const Naming& naming) {
+bool Names(const std::string& wanted, const Item& item, const Naming& naming) {
   for (const std::string& attribute : {naming.Attribute(item), item.attribute})
-    if (spec == attribute || spec == attribute + "=" + item.value) return true;
+    if (wanted == attribute || wanted == attribute + "=" + item.value) return true;
   return false;
 }
 
@@ -61,9 +61,9 @@ double KeyOf(const Rule& rule, SortKey key) {
 bool Passes(const Rule& rule, const Selection& s, const Naming& naming) {
   if (rule.Support() < s.minSupport || rule.confidence < s.minConfidence || rule.lift < s.minLift) return false;
   if (!s.target.empty() && !Names(s.target, rule.target, naming)) return false;
-  for (const std::string& spec : s.contains) {
-    bool found = Names(spec, rule.target, naming);
-    for (const Item& item : rule.antecedent) found = found || Names(spec, item, naming);
+  for (const std::string& wanted : s.contains) {
+    bool found = Names(wanted, rule.target, naming);
+    for (const Item& item : rule.antecedent) found = found || Names(wanted, item, naming);
     if (!found) return false;
   }
   return true;

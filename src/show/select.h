@@ -33,10 +33,10 @@ struct Selection {
   std::vector<std::string> contains;   // each must name an item of the rule
 };
 
-// True when spec names the item: spec is ATTRIBUTE=VALUE or ATTRIBUTE alone,
+// True when wanted names the item: wanted is ATTRIBUTE=VALUE or ATTRIBUTE alone,
 // the attribute as shown or as the file writes it. Names may hold '=', so
 // the whole spelling is compared rather than split.
-bool Names(const std::string& spec, const Item& item, const Naming& naming);
+bool Names(const std::string& wanted, const Item& item, const Naming& naming);
 
 // The rules that pass the filters, non-trivial rules first, each part in
 // descending order of the sort key (file order on ties and without a key),

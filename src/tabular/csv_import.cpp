@@ -4,9 +4,6 @@
 #include "tabular/csv_import.h"
 
 #include <csv.h>
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
@@ -21,6 +18,7 @@
 #include "base/files.h"
 #include "base/memory.h"
 #include "base/numbers.h"
+#include "base/staged_file.h"
 
 namespace tabular {
 
@@ -152,11 +150,11 @@ std::vector<std::string> SplitList(const std::vector<std::string>& lists) {
 
 // The column a name or 1-based index on the command line means: a header
 // equal to it first, then a number; -1 when none.
-int FindColumn(const std::vector<std::string>& header, const std::string& spec) {
+int FindColumn(const std::vector<std::string>& header, const std::string& accepted) {
   for (size_t c = 0; c < header.size(); ++c)
-    if (header[c] == spec || NormaliseBlanks(header[c]) == spec) return static_cast<int>(c);
-  if (spec.empty() || spec.find_first_not_of("0123456789") != std::string::npos || spec.size() > 9) return -1;
-  const long index = std::strtol(spec.c_str(), nullptr, 10);
+    if (header[c] == accepted || NormaliseBlanks(header[c]) == accepted) return static_cast<int>(c);
+  if (accepted.empty() || accepted.find_first_not_of("0123456789") != std::string::npos || accepted.size() > 9) return -1;
+  const long index = std::strtol(accepted.c_str(), nullptr, 10);
   if (index < 1 || index > static_cast<long>(header.size())) return -1;
   return static_cast<int>(index - 1);
 }
@@ -495,22 +493,22 @@ bool ImportTable(const std::string& input, const ImportOptions& options, ImportR
     }
   }
   std::vector<char> ignored(width, 0), categorical(width, 0);
-  for (const std::string& spec : SplitList(options.Ignore)) {
-    const int c = FindColumn(header, spec);
+  for (const std::string& accepted : SplitList(options.Ignore)) {
+    const int c = FindColumn(header, accepted);
     if (c < 0) {
-      *error = "no column " + Quoted(spec) + " to ignore";
+      *error = "no column " + Quoted(accepted) + " to ignore";
       return false;
     }
     if (c == classColumn) {
-      *error = "the class column " + Quoted(spec) + " cannot be ignored";
+      *error = "the class column " + Quoted(accepted) + " cannot be ignored";
       return false;
     }
     ignored[c] = 1;
   }
-  for (const std::string& spec : SplitList(options.Categorical)) {
-    const int c = FindColumn(header, spec);
+  for (const std::string& accepted : SplitList(options.Categorical)) {
+    const int c = FindColumn(header, accepted);
     if (c < 0) {
-      *error = "no column " + Quoted(spec) + " to keep categorical";
+      *error = "no column " + Quoted(accepted) + " to keep categorical";
       return false;
     }
     categorical[c] = 1;
@@ -605,69 +603,20 @@ std::string DataFileText(const ImportResult& result) {
   return text;
 }
 
-namespace {
-
-// A file being written under a temporary name beside its final one; removed
-// unless it has been renamed into place.
-struct TemporaryFile {
-  std::string Path;
-  bool Kept = false;
-  ~TemporaryFile() {
-    if (!Path.empty() && !Kept) unlink(Path.c_str());
-  }
-};
-
-// Writes text to a fresh file beside path. Returns false with errno set.
-bool WriteTemporary(const std::string& path, const std::string& text, TemporaryFile* file) {
-  int fd = -1;
-  for (int n = 0; fd < 0 && n < 100; ++n) {
-    file->Path = path + ".tmp" + std::to_string(getpid()) + "-" + std::to_string(n);
-    fd = open(file->Path.c_str(), O_WRONLY | O_CREAT | O_EXCL, 0666);
-    if (fd < 0 && errno != EEXIST) break;
-  }
-  if (fd < 0) {
-    file->Path.clear();
-    return false;
-  }
-  std::FILE* f = fdopen(fd, "w");
-  if (!f) {
-    const int reason = errno;
-    close(fd);
-    if (reason == ENOMEM) throw std::bad_alloc();
-    errno = reason;
-    return false;
-  }
-  const bool written = std::fwrite(text.data(), 1, text.size(), f) == text.size();
-  const int reason = errno;
-  const bool closed = std::fclose(f) == 0;
-  if (!written) errno = reason;
-  return written && closed;
-}
-
-}  // namespace
-
 bool WriteFilePair(const std::string& namesPath, const std::string& namesText, const std::string& dataPath,
                    const std::string& dataText, std::string* error) {
-  TemporaryFile names, data;
-  auto failed = [error](const std::string& path) {
-    *error = "cannot write " + path + ": " + std::strerror(errno);
+  PendingFile names, data;
+  std::string reason;
+  auto failed = [error, &reason](const std::string& path) {
+    *error = "cannot write " + path + ": " + reason;
     return false;
   };
-  if (!WriteTemporary(namesPath, namesText, &names)) return failed(namesPath);
-  if (!WriteTemporary(dataPath, dataText, &data)) return failed(dataPath);
-  // A folder in the way would let the first rename succeed and the second
-  // fail: refuse before either file is put in place.
-  for (const std::string* path : {&namesPath, &dataPath}) {
-    struct stat target;
-    if (stat(path->c_str(), &target) == 0 && S_ISDIR(target.st_mode)) {
-      errno = EISDIR;
-      return failed(*path);
-    }
-  }
-  if (std::rename(names.Path.c_str(), namesPath.c_str()) != 0) return failed(namesPath);
-  names.Kept = true;
-  if (std::rename(data.Path.c_str(), dataPath.c_str()) != 0) return failed(dataPath);
-  data.Kept = true;
+  // Both files are written before either is put in place (a folder in the
+  // way of either fails its Write), so a failed run replaces neither.
+  if (!names.Write(namesPath, namesText, reason)) return failed(namesPath);
+  if (!data.Write(dataPath, dataText, reason)) return failed(dataPath);
+  if (!names.Commit(reason)) return failed(namesPath);
+  if (!data.Commit(reason)) return failed(dataPath);
   return true;
 }
 
