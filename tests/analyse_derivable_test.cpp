@@ -22,7 +22,7 @@ class DerivableTest : public RuletestWorld {
   // Counts with the given minimum confidence; the printed lines.
   std::string Count(int expected, float minConf = 0.999999f) {
     EXPECT_EQ(CountDerivableRule(rules, run.Counts, data.MaxItem, minConf, out.file()), expected);
-    EXPECT_EQ(run.Counts.Counter2, nullptr);  // the pair table is released
+    EXPECT_EQ(run.Counts.Pairs, nullptr);  // the pair table is released
     return out.Take();
   }
 };
@@ -37,7 +37,8 @@ TEST_F(DerivableTest, ChainCountsOnceOrTwiceByThePairConfidence) {
     SetUp();
     rules = RuleSet();
     run.Counts.Counter1[1] = 6, run.Counts.Counter1[2] = c.b, run.Counts.Counter1[3] = 6;
-    run.Counts.Counter2[1][3] = c.pair;
+    RankItems(run.Counts, data.MaxItem, 1);
+    *run.Counts.PairCell(1, 3) = c.pair;
     AddRule(rules, {1}, 2, 1, 1.0f), AddRule(rules, {1}, 3, 1, 1.0f), AddRule(rules, {2}, 3, 1, 1.0f);
     EXPECT_EQ(Count(c.count, c.minConf),
               std::string(c.text) + "\n Number of derivable rules is " + std::to_string(c.count) + " \n");

@@ -87,15 +87,29 @@ TEST_P(BruteForce, EveryCountMatchesTheData) {
   RuleSelectANdPruning(run.Tree, run.Tree.AllSet, 2, settings, run.Counts, run.Rules);
   Check(2, true);
   int layers = 2;
+  RowSets rows;
   for (int layer = 3; layer <= 5 && !HasFailure(); ++layer) {
-    if (CandidateGen(run.Tree, run.Tree.AllSet, layer, settings.Dump) == 0) break;
-    if (seed % 2) {
-      // The row sweep, which counts when the per-item row sets do not fit.
-      for (int r = 0; r < data.MaxData; ++r) CountbyTree(run.Tree.AllSet, data.DataSpace[r], layer, data.RealAtt);
+    if (seed % 3 == 0) {
+      // Counted as made: only the frequent candidates enter the tree.
+      if (layer == 3) rows.Build(RowSets::SecondLayerItems(run.Tree.AllSet), data, 0, data.MaxData, 2, 0);
+      const CandidateCounting counting{&rows, run.GMinSup, 2, 0};
+      if (CandidateGen(run.Tree, run.Tree.AllSet, layer, settings.Dump, 0, &counting) == 0) break;
+      Check(layer, true);
     } else {
-      Verification(run.Tree.AllSet, layer, data);
+      if (CandidateGen(run.Tree, run.Tree.AllSet, layer, settings.Dump) == 0) break;
+      if (seed % 3 == 1) {
+        // The row sweep.
+        for (int r = 0; r < data.MaxData; ++r) CountbyTree(run.Tree.AllSet, data.DataSpace[r], layer, data.RealAtt);
+      } else {
+        // Blocks of 64 rows on two threads, the supports added up.
+        CountingSettings counting;
+        counting.Threads = 2;
+        counting.BlockRows = 64;
+        counting.ThreadWork = 0;
+        Verification(run.Tree.AllSet, layer, data, counting);
+      }
+      EXPECT_GT(Check(layer, false), 0) << "layer " << layer;
     }
-    EXPECT_GT(Check(layer, false), 0) << "layer " << layer;
     RuleSelectANdPruning(run.Tree, run.Tree.AllSet, layer, settings, run.Counts, run.Rules);
     Check(layer, true);
     layers = layer;

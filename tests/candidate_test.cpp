@@ -22,10 +22,11 @@ class CandidateTest : public testing_support::MinerTest {
     run.GMinSup = 1;
     InitialCount(run.Counts, data);
     for (int item : {1, 3, 5, 8}) run.Counts.Counter1[item] = 6;
-    run.Counts.Counter2[1][3] = 4;
-    run.Counts.Counter2[1][5] = 5;
-    run.Counts.Counter2[1][8] = 3;
-    run.Counts.Counter2[3][5] = with35 ? 2 : 0;
+    RankItems(run.Counts, data.MaxItem, run.GMinSup);
+    *run.Counts.PairCell(1, 3) = 4;
+    *run.Counts.PairCell(1, 5) = 5;
+    *run.Counts.PairCell(1, 8) = 3;
+    *run.Counts.PairCell(3, 5) = with35 ? 2 : 0;
     InitWholeTree(run.Tree, run.Tree.NewRoot(), run.Counts, data, run.GMinSup, out.file());
     out.Take();
   }

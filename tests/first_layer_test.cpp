@@ -23,8 +23,11 @@ TEST_F(FirstLayer, WorkedExample) {
   SetRows(6, 3, {{1, 3, 5}, {1, 4, 5}, {2, 3, 5}});
   EXPECT_EQ(BuildFirstLayers(2), "The first layer tree size is 3 \n");
   EXPECT_EQ(Ints(run.Counts.Counter1, run.Counts.Counter1 + 8), (Ints{0, 2, 1, 2, 1, 3, 0, 0}));
-  EXPECT_EQ((Ints{run.Counts.Counter2[1][3], run.Counts.Counter2[1][5], run.Counts.Counter2[3][5], run.Counts.Counter2[2][5]}), (Ints{1, 2, 2, 1}));
-  EXPECT_EQ(run.Counts.Counter2[5][1] + run.Counts.Counter2[1][2], 0);  // pairs in column order, one value per attribute
+  const ItemCounts& c = run.Counts;
+  EXPECT_EQ((Ints{c.Pair(1, 3), c.Pair(1, 5), c.Pair(3, 5)}), (Ints{1, 2, 2}));
+  EXPECT_EQ(c.Ranked, 3) << "the pair table holds the items of the first layer only";
+  EXPECT_EQ(c.Pair(2, 5), 0) << "item 2 is below the support: no pair count";
+  EXPECT_EQ(c.Pair(5, 1), 0) << "a pair is kept under its smaller code";
   EXPECT_EQ(Layer1Items(run.Tree), (Ints{1, 3, 5}));
   EXPECT_EQ(run.Tree.AllSet->Support, 3);
   EXPECT_EQ(run.Tree.AllSet->SonCapacity, 7);

@@ -123,7 +123,7 @@ class MinerTest : public ::testing::Test {
     run.GMinSup = minSup;
     TreeNode* root = run.Tree.NewRoot();
     InitialCount(run.Counts, data);
-    Counting(run.Counts, data);
+    Counting(run.Counts, data, minSup);
     InitRuleSet(run.Rules);
     InitWholeTree(run.Tree, root, run.Counts, data, minSup, out.file());
     return out.Take();

@@ -30,9 +30,12 @@ class SelectionTest : public testing_support::MinerTest {
     debug_ = 0;
     InitialCount(run.Counts, data);
     int* c1 = run.Counts.Counter1;
-    int** c2 = run.Counts.Counter2;
     c1[1] = n[0], c1[4] = n[1], c1[9] = n[2];
-    c2[1][4] = n[3], c2[1][9] = n[4], c2[4][9] = n[5];
+    RankItems(run.Counts, data.MaxItem, run.GMinSup);
+    ItemCounts& c = run.Counts;
+    for (auto cell : {std::make_pair(c.PairCell(1, 4), n[3]), std::make_pair(c.PairCell(1, 9), n[4]),
+                      std::make_pair(c.PairCell(4, 9), n[5])})
+      if (cell.first) *cell.first = cell.second;
     InitRuleSet(run.Rules);
     InitWholeTree(run.Tree, run.Tree.NewRoot(), run.Counts, data, run.GMinSup, out.file());
     out.Take();

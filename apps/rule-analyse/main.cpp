@@ -10,6 +10,7 @@
 #include "analyses/analyses.h"
 #include "base/console.h"
 #include "base/numbers.h"
+#include "base/parallel.h"
 #include "common/command_line.h"
 #include "input/readers.h"
 #include "mining/mining.h"
@@ -107,6 +108,8 @@ int RunAnalyse(int argc, char** argv) {
   }
   if (!line.Has("-f")) return UsageError("missing -f STEM");
   options.FileName = *line.Value("-f");
+  options.Threads = AvailableThreads(std::getenv("RULE_THREADS"));
+  options.KeepPairCounts = true;  // the derivable-rule count reads them
   return Finish(Analyse(options));
 }
 

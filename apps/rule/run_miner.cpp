@@ -6,11 +6,13 @@
 #include <getopt.h>
 
 #include <cstdio>
+#include <cstdlib>
 #include <ctime>
 #include <string>
 
 #include "base/console.h"
 #include "base/numbers.h"
+#include "base/parallel.h"
 #include "input/readers.h"
 #include "mining/mining.h"
 #include "output/csv.h"
@@ -142,6 +144,8 @@ int RunMiner(int argc, char** argv, std::FILE* out) {
     return 0;
   }
   MiningOptions options;
+  // Counting runs on every hardware thread; RULE_THREADS caps them.
+  options.Threads = AvailableThreads(std::getenv("RULE_THREADS"));
 
   std::time_t now = std::time(nullptr);
   std::fprintf(out, "\t\t\t\t\t %s ", std::ctime(&now));

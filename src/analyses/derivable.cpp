@@ -26,14 +26,9 @@ struct CountView {
     if (!counts.Counter1 || item < 0 || item > maxItem + 1) return 0;
     return counts.Counter1[item];
   }
-  // Cases holding both items: the pair table keeps it under the smaller code.
-  int Pair(int a, int b) const {
-    if (!counts.Counter2) return 0;  // already released: no pair count is known
-    const int low = std::min(a, b);
-    const int high = std::max(a, b);
-    if (low < 0 || high > maxItem + 1) return 0;
-    return counts.Counter2[low][high];
-  }
+  // Cases holding both items: the pair table keeps it under the smaller
+  // code; 0 once the table is released.
+  int Pair(int a, int b) const { return counts.Pair(std::min(a, b), std::max(a, b)); }
 };
 
 // The last rule of the leading run of perfect rules; the first rule when it

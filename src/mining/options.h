@@ -4,6 +4,8 @@
 
 #include <string>
 
+#include "base/parallel.h"
+
 struct MiningOptions {
   std::string FileName;      // -f: stem of the names and data files
   float Support = 0.1f;      // -s: minimum support as a fraction of the cases
@@ -25,4 +27,16 @@ struct MiningOptions {
   // can still lead to a class rule. The class items are the last MaxClass
   // item codes.
   int ClassTargetsOnly = 0;
+  // Threads that count the pairs and the candidates (no option; the miner
+  // takes the hardware's). The results do not depend on it.
+  int Threads = 1;
+  // Work (in basic steps) below which one thread does it all (no option;
+  // checks of the sharing set 0).
+  double ThreadWork = kThreadWork;
+  // > 0: the candidates of layer 3 on are always made first and counted in
+  // blocks of this many rows (no option; for checking the block counting).
+  int CountBlockRows = 0;
+  // Keep the pair table after the second layer is built (no option; an
+  // analysis that reads pair counts after mining sets it).
+  bool KeepPairCounts = false;
 };

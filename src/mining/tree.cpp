@@ -6,19 +6,63 @@
 #include "mining/mining.h"
 #include "mining/tree.h"
 
+// ---- The arena ----
+
+NodeArena::~NodeArena() {
+  for (void* chunk : chunks_) std::free(chunk);
+}
+
+void* NodeArena::Take(size_t granules) {
+  if (granules >= free_.size()) free_.resize(granules + 1, nullptr);
+  if (free_[granules]) {
+    FreeBlock* block = free_[granules];
+    free_[granules] = block->Next;
+    std::memset(static_cast<void*>(block), 0, granules * kGranule);
+    return block;
+  }
+  const size_t bytes = granules * kGranule;
+  if (bytes > left_) {
+    // Chunks double from 16 KB to 1 MB, so a small run reserves little; the
+    // tail of the last chunk is left unused.
+    size_t size = chunks_.empty() ? size_t{16} << 10 : reserved_;
+    if (size > (size_t{1} << 20)) size = size_t{1} << 20;
+    if (size < bytes) size = bytes;
+    chunks_.reserve(chunks_.size() + 1);
+    void* chunk = XCalloc(1, size);
+    chunks_.push_back(chunk);
+    reserved_ += size;
+    next_ = static_cast<char*>(chunk);
+    left_ = size;
+  }
+  void* block = next_;
+  next_ += bytes;
+  left_ -= bytes;
+  return block;
+}
+
+void NodeArena::Give(void* block, size_t granules) {
+  // Giving never allocates (it runs while a tree is released): a block of a
+  // size this arena has never handed out stays unused until the chunks go.
+  if (!block || granules >= free_.size()) return;
+  FreeBlock* freed = static_cast<FreeBlock*>(block);
+  freed->Next = free_[granules];
+  free_[granules] = freed;
+}
+
 namespace {
 
-// A node and its per-position arrays in one zero-filled block, the arrays
-// sized for `room` positions: one allocation per node, and one release.
-// An empty node has an item list only.
-TreeNode* NewRecord(size_t room, bool withTargets) {
+// A node and its per-position arrays in one zero-filled block of the arena,
+// the arrays sized for `room` positions. An empty node has an item list only.
+TreeNode* NewRecord(NodeArena& arena, size_t room, bool withTargets) {
   const size_t pointers = sizeof(TreeNode*) * room;
   const size_t words = sizeof(int) * room;
   const size_t halves = sizeof(short) * room;
   static_assert(sizeof(TreeNode) % alignof(TreeNode*) == 0, "the arrays follow the record aligned");
   const size_t size = sizeof(TreeNode) + halves + (withTargets ? pointers + 2 * words + halves : 0);
-  char* block = static_cast<char*>(XCalloc(1, size));
+  const size_t granules = (size + NodeArena::kGranule - 1) / NodeArena::kGranule;
+  char* block = static_cast<char*>(arena.Take(granules));
   TreeNode* node = reinterpret_cast<TreeNode*>(block);
+  node->Granules = static_cast<unsigned short>(granules);
   char* at = block + sizeof(TreeNode);
   if (withTargets) {
     node->SubNode = reinterpret_cast<TreeNode**>(at);
@@ -31,21 +75,6 @@ TreeNode* NewRecord(size_t room, bool withTargets) {
     at += halves;
   }
   node->ItemSet = reinterpret_cast<short*>(at);
-  return node;
-}
-
-// A node record with its son array of `slots` entries; neither leaks when
-// the other cannot be had.
-TreeNode* NewRecordWithSons(size_t room, bool withTargets, size_t slots) {
-  TreeNode** sons = XAllocArray<TreeNode*>(slots);
-  TreeNode* node = nullptr;
-  try {
-    node = NewRecord(room, withTargets);
-  } catch (...) {
-    std::free(sons);
-    throw;
-  }
-  node->Son = sons;
   return node;
 }
 
@@ -62,26 +91,27 @@ void FreeArrays(TreeNode* node) {
 }  // namespace
 
 void LinkSon(TreeNode* parent, TreeNode* son) {
+  if (!parent->Son) {
+    parent->SonCapacity = 10;
+    parent->Son = XAllocArray<TreeNode*>(10);
+  }
   parent->Son[parent->NumOfSon] = son;
   parent->NumOfSon += 1;
   if (parent->NumOfSon >= parent->SonCapacity - 1) {
-    parent->SonCapacity += 10;
-    parent->Son = static_cast<TreeNode**>(
-        XRealloc(parent->Son, sizeof(TreeNode*) * static_cast<size_t>(parent->SonCapacity)));
+    const int grown = parent->SonCapacity + (parent->SonCapacity < 20 ? 10 : parent->SonCapacity / 2);
+    parent->Son = static_cast<TreeNode**>(XRealloc(parent->Son, sizeof(TreeNode*) * static_cast<size_t>(grown)));
+    parent->SonCapacity = grown;
   }
 }
 
 TreeNode* NewNode(CandidateTree& tree, TreeNode* parent, int item, const ItemCounts& counts, int maxData) {
-  TreeNode* node = NewRecordWithSons(2, true, 10);
+  TreeNode* node = NewRecord(tree.Arena(), 2, true);
 
   node->Item = static_cast<short>(item);
   node->ItemSet[0] = static_cast<short>(item);
   node->Length = 1;
   node->Token = 0;
   node->NumOfTarget = 1;
-  node->NumOfSon = 0;
-  node->SonCapacity = 10;
-  node->Cursor = 0;
   node->Parent = parent;
 
   node->Support = counts.Counter1[item];
@@ -92,19 +122,16 @@ TreeNode* NewNode(CandidateTree& tree, TreeNode* parent, int item, const ItemCou
   return node;
 }
 
-TreeNode* AddSon(CandidateTree& tree, TreeNode* parent, TreeNode* sibling, const int* flags, const int* subSupports,
-                 TreeNode* const* subNodes) {
+TreeNode* MakeSon(NodeArena& arena, TreeNode* parent, TreeNode* sibling, const int* flags, const int* subSupports,
+                  TreeNode* const* subNodes) {
   const int k = parent->Length + 1;
-  TreeNode* node = NewRecordWithSons(static_cast<size_t>(parent->Length) + 2, true, 10);
+  TreeNode* node = NewRecord(arena, static_cast<size_t>(parent->Length) + 2, true);
 
   node->Length = static_cast<short>(k);
   if (parent->Length > 0) std::memcpy(node->ItemSet, parent->ItemSet, sizeof(short) * parent->Length);
   node->ItemSet[k - 1] = sibling->Item;
   node->Item = sibling->Item;
-  node->SonCapacity = 10;
-  node->NumOfSon = 0;
   node->Token = 0;
-  node->Cursor = 0;
   node->Parent = parent;
   node->Support = 0;
 
@@ -132,21 +159,32 @@ TreeNode* AddSon(CandidateTree& tree, TreeNode* parent, TreeNode* sibling, const
     node->SubNode[0] = sibling;
     node->SubNode[1] = parent;
   }
+  return node;
+}
+
+TreeNode* AddSon(CandidateTree& tree, TreeNode* parent, TreeNode* sibling, const int* flags, const int* subSupports,
+                 TreeNode* const* subNodes) {
+  TreeNode* node = MakeSon(tree.Arena(), parent, sibling, flags, subSupports, subNodes);
   tree.TreeSize += 1;
   return node;
 }
 
 TreeNode* NewEmptyNode(CandidateTree& tree, TreeNode* parent, int item, int maxItem) {
-  TreeNode* node =
-      NewRecordWithSons(static_cast<size_t>(parent->Length) + 2, false, static_cast<size_t>(maxItem > 0 ? maxItem : 1));
+  const int slots = maxItem > 0 ? maxItem : 1;
+  TreeNode** sons = XAllocArray<TreeNode*>(static_cast<size_t>(slots));
+  TreeNode* node = nullptr;
+  try {
+    node = NewRecord(tree.Arena(), static_cast<size_t>(parent->Length) + 2, false);
+  } catch (...) {
+    std::free(sons);
+    throw;
+  }
+  node->Son = sons;
   node->SonCapacity = maxItem;
   if (parent->Length > 0) std::memcpy(node->ItemSet, parent->ItemSet, sizeof(short) * parent->Length);
   node->ItemSet[parent->Length] = static_cast<short>(item);
   node->Item = static_cast<short>(item);
   node->Length = static_cast<short>(parent->Length + 1);
-  node->Support = 0;
-  node->NumOfSon = 0;
-  node->Cursor = 0;
   node->Token = -2;
   node->Parent = parent;
   tree.TreeSize += 1;
@@ -156,17 +194,19 @@ TreeNode* NewEmptyNode(CandidateTree& tree, TreeNode* parent, int item, int maxI
 TreeNode* DeleteNode(CandidateTree& tree, TreeNode* node) {
   if (!node) return nullptr;
   if (node->Parent) node->Parent->NumOfSon -= 1;
-  FreeArrays(node);
   std::free(node->Son);
-  std::free(node);
+  // A record not from an arena (Granules 0, like the root) is freed alone.
+  if (node->Granules == 0) std::free(node);
+  else tree.Arena().Give(node, node->Granules);
   tree.TreeSize -= 1;
   return nullptr;
 }
 
 // Packs the non-null sons to the front, in order, until NumOfSon are placed,
 // then shrinks Son to NumOfSon + 1 slots. Returns 1 if more than one son was
-// packed.
+// packed. A node that never had a son keeps no array.
 int ReOrderSon(TreeNode* node) {
+  if (!node->Son) return 0;
   int packed = 0;
   for (int slot = 0; slot < node->SonCapacity && packed < node->NumOfSon; ++slot) {
     if (node->Son[slot]) node->Son[packed++] = node->Son[slot];
@@ -205,11 +245,29 @@ void Clean(TreeNode* node, int low, int bound) {
   for (int s = 0; s < node->NumOfSon; ++s) Clean(node->Son[s], low, bound);
 }
 
+CandidateTree::CandidateTree() { arenas_.push_back(std::make_unique<NodeArena>()); }
+
 CandidateTree::~CandidateTree() { FreeTree(*this, AllSet); }
+
+void CandidateTree::ReserveArenas(size_t count) {
+  while (arenas_.size() < count) arenas_.push_back(std::make_unique<NodeArena>());
+}
+
+size_t CandidateTree::ArenaBytes() const {
+  size_t bytes = 0;
+  for (const auto& arena : arenas_) bytes += arena->Reserved();
+  return bytes;
+}
 
 TreeNode* CandidateTree::NewRoot() {
   AllSet = FreeTree(*this, AllSet);
   TreeSize = 0;
+  // Every node is gone: the chunks go with them. (The cleared vector keeps
+  // its capacity, so the push cannot fail.)
+  auto fresh = std::make_unique<NodeArena>();
+  arenas_.clear();
+  arenas_.push_back(std::move(fresh));
   AllSet = static_cast<TreeNode*>(XCalloc(1, sizeof(TreeNode)));
+  AllSet->Item = -1;
   return AllSet;
 }
