@@ -247,7 +247,28 @@ void Clean(TreeNode* node, int low, int bound) {
 
 CandidateTree::CandidateTree() { arenas_.push_back(std::make_unique<NodeArena>()); }
 
-CandidateTree::~CandidateTree() { FreeTree(*this, AllSet); }
+namespace {
+
+// Frees the son arrays under node (the records go with the arenas).
+void FreeSonArrays(TreeNode* node) {
+  const int sons = node->NumOfSon;
+  for (int s = 0, found = 0; found < sons && s < node->SonCapacity; ++s) {
+    if (!node->Son[s]) continue;
+    FreeSonArrays(node->Son[s]);
+    ++found;
+  }
+  std::free(node->Son);
+}
+
+}  // namespace
+
+CandidateTree::~CandidateTree() {
+  // The arenas release every node record at once; only the son arrays and
+  // the root are the tree's to free one by one.
+  if (!AllSet) return;
+  FreeSonArrays(AllSet);
+  std::free(AllSet);
+}
 
 void CandidateTree::ReserveArenas(size_t count) {
   while (arenas_.size() < count) arenas_.push_back(std::make_unique<NodeArena>());
@@ -260,7 +281,11 @@ size_t CandidateTree::ArenaBytes() const {
 }
 
 TreeNode* CandidateTree::NewRoot() {
-  AllSet = FreeTree(*this, AllSet);
+  if (AllSet) {
+    FreeSonArrays(AllSet);
+    std::free(AllSet);
+    AllSet = nullptr;
+  }
   TreeSize = 0;
   // Every node is gone: the chunks go with them. (The cleared vector keeps
   // its capacity, so the push cannot fail.)
