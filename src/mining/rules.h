@@ -7,7 +7,7 @@ struct ItemCounts;
 
 struct RuleRecord {
   int Len;
-  int* Antecedent;  // Len+1 entries, the last one 0
+  int* Antecedent;  // Len+1 entries, the last one 0; in the rule's own block
   int Priority;
   int Target;
   float Conf;

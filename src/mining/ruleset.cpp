@@ -10,24 +10,17 @@
 #include "mining/rules.h"
 
 RuleRecord* NewRule(int len) {
-  int* antecedent = XAllocArray<int>(static_cast<size_t>(len > 0 ? len : 0) + 1);
-  RuleRecord* rule = nullptr;
-  try {
-    rule = static_cast<RuleRecord*>(XCalloc(1, sizeof(RuleRecord)));
-  } catch (...) {
-    std::free(antecedent);
-    throw;
-  }
+  // The record and its antecedent list in one zero-filled block.
+  static_assert(sizeof(RuleRecord) % alignof(int) == 0, "the list follows the record aligned");
+  const size_t items = static_cast<size_t>(len > 0 ? len : 0) + 1;
+  char* block = static_cast<char*>(XCalloc(1, sizeof(RuleRecord) + items * sizeof(int)));
+  RuleRecord* rule = reinterpret_cast<RuleRecord*>(block);
   rule->Len = len;
-  rule->Antecedent = antecedent;
+  rule->Antecedent = reinterpret_cast<int*>(block + sizeof(RuleRecord));
   return rule;
 }
 
-void FreeRule(RuleRecord* rule) {
-  if (!rule) return;
-  std::free(rule->Antecedent);
-  std::free(rule);
-}
+void FreeRule(RuleRecord* rule) { std::free(rule); }
 
 RuleRecord* RemoveRule(RuleSet& rules, RuleRecord* rule) {
   RuleRecord* next = rule->Next;
