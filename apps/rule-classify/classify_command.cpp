@@ -31,6 +31,7 @@
 #include "base/numbers.h"
 #include "base/staged_file.h"
 #include "common/command_line.h"
+#include "discretiser/discretise.h"
 #include "evaluation/evaluation.h"
 #include "input/readers.h"
 #include "output/reports.h"
@@ -139,19 +140,43 @@ std::string MiningSettings(const CommandLine& line, ClassifierSettings& settings
   return "";
 }
 
-// Reads the names and data files of the stem into data and labels the cases
-// with their class indexes. The input errors go to out. Returns the exit
-// status of a failure (after saying why, also when there are no cases), or
-// -1 when the cases are ready.
-int LoadCases(std::FILE* out, const std::string& command, const std::string& stem, DataSet& data) {
+// Reads the names file of the stem, continuous attributes included, and the
+// raw cases of the data file into data. The input errors go to out. Returns
+// the exit status of a failure (after saying why, also when there are no
+// cases), or -1 when the raw cases are ready.
+int LoadRawCases(std::FILE* out, const std::string& command, const std::string& stem, DataSet& data) {
   InputErrors errors{out, 0};
-  Status status = GetNames(data, stem, errors);
-  if (status.ok()) status = GetData(data, ".data", errors);
+  Status status = GetNames(data, stem, errors, true);
+  if (status.ok()) status = ReadData(data, ".data", errors);
   if (!status.ok()) {
     std::fputs(status.message().c_str(), out);
     return status.exit_status();
   }
   if (data.MaxData == 0) return Refuse(out, command, stem + ".data holds no cases");
+  return -1;
+}
+
+// The first continuous attribute of a data set, empty when it has none.
+std::string FirstContinuous(const DataSet& data) {
+  for (int a = 0; a < data.MaxAtt; ++a)
+    if (data.SpecialStatus[a] == 3) return data.AttName[a];
+  return "";
+}
+
+// Reads the names and data files of the stem into data and labels the cases
+// with their class indexes. The input errors go to out. A continuous
+// attribute is refused: a rule file holds interval items, not the cuts that
+// would code new cases. Returns the exit status of a failure (after saying
+// why, also when there are no cases), or -1 when the cases are ready.
+int LoadCases(std::FILE* out, const std::string& command, const std::string& stem, DataSet& data) {
+  const int loaded = LoadRawCases(out, command, stem, data);
+  if (loaded >= 0) return loaded;
+  const std::string continuous = FirstContinuous(data);
+  if (!continuous.empty())
+    return Refuse(out, command,
+                  stem + ".names declares the continuous attribute " + continuous +
+                      "; cut it into intervals first with rule-discretise (cv cuts each fold itself)");
+  ConvertDataSpace(data);
   LabelCases(data);
   return -1;
 }
@@ -435,7 +460,21 @@ struct FoldRun {
   bool Done = false;
   std::exception_ptr Failure;
   double Accuracy = 0;
+  Status Coding;  // coding the fold's cases with its cuts
 };
+
+// The intervals a fold cut its continuous attributes into, one line.
+void PrintFoldCuts(const DataSet& coded, const std::vector<CutAttribute>& cuts, int f, std::FILE* out) {
+  std::fprintf(out, "fold %d: intervals from the training cases:", f + 1);
+  for (const CutAttribute& cut : cuts) {
+    std::fprintf(out, " %s", coded.AttName[static_cast<size_t>(cut.Declared)].c_str());
+    const std::vector<std::string> names = IntervalSpellings(cut.Intervals);
+    if (names.empty()) std::fprintf(out, " (no known value)");
+    for (size_t j = 0; j < names.size(); ++j) std::fprintf(out, "%s%s", j ? " " : " ", names[j].c_str());
+    std::fprintf(out, ";");
+  }
+  std::fprintf(out, "\n");
+}
 
 // Runs fold(f, runs[f]) for f = 0 .. count-1 on up to `threads` threads,
 // the folds taken in order, each printing into its own buffer, and prints the buffers to out in fold
@@ -523,7 +562,7 @@ int CrossValidate(int argc, char** argv, std::FILE* out) {
   // for a run on the files as read.
   DataSet data;
   OutputBuffer reading;
-  const int loaded = LoadCases(reading.file(), "cv", stem, data);
+  const int loaded = LoadRawCases(reading.file(), "cv", stem, data);
   reading.Close();
   reading.PrintTo(out);
   if (loaded >= 0) return loaded;
@@ -531,8 +570,20 @@ int CrossValidate(int argc, char** argv, std::FILE* out) {
     return Refuse(out, "cv",
                   stem + ".data holds " + std::to_string(data.MaxData) + " cases, fewer than the " +
                       std::to_string(folds) + " folds");
-  const std::vector<int> fold =
-      StratifiedFolds(CaseLabels(data), static_cast<int>(folds), static_cast<std::uint64_t>(seed));
+  // Continuous attributes are cut anew in every fold, from its training
+  // cases only; the raw rows stay for that. Otherwise the cases are coded
+  // once and every fold takes its subsets of them.
+  const bool continuous = HasContinuousAttribute(data);
+  std::vector<int> labels(static_cast<size_t>(data.MaxData));
+  if (continuous) {
+    for (int i = 0; i < data.MaxData; ++i)
+      labels[static_cast<size_t>(i)] = ClassIndexOf(data, static_cast<int>(data.RawDataSpace[i][data.RealAtt - 1]));
+  } else {
+    ConvertDataSpace(data);
+    LabelCases(data);
+    labels = CaseLabels(data);
+  }
+  const std::vector<int> fold = StratifiedFolds(labels, static_cast<int>(folds), static_cast<std::uint64_t>(seed));
 
   const int count = static_cast<int>(folds);
   std::vector<FoldRun> runs(static_cast<size_t>(count));
@@ -541,7 +592,18 @@ int CrossValidate(int argc, char** argv, std::FILE* out) {
       [&](int f, FoldRun& run) {
         std::FILE* foldOut = run.Output.file();
         if (f > 0) reading.PrintTo(foldOut);
-        const FoldSplit split = SplitFold(data, fold, f);
+        DataSet coded;
+        if (continuous) {
+          std::vector<int> training;
+          for (int i = 0; i < data.MaxData; ++i)
+            if (fold[static_cast<size_t>(i)] != f) training.push_back(i);
+          const std::vector<CutAttribute> cuts = LearnEntropyCuts(data, training);
+          run.Coding = CodeWithCuts(data, cuts, coded);
+          if (!run.Coding.ok()) return;
+          LabelCases(coded);
+          PrintFoldCuts(coded, cuts, f, foldOut);
+        }
+        const FoldSplit split = SplitFold(continuous ? coded : data, fold, f);
         RuleSet rules = BuildClassifier(split.Training, settings, foldOut, PrintingReport(foldOut));
         TestSingle(rules, split.Testing, foldOut);
         const double accuracy = static_cast<double>(rules.Hits) / split.Testing.MaxData * 100;
@@ -550,6 +612,11 @@ int CrossValidate(int argc, char** argv, std::FILE* out) {
                      split.Training.MaxData, rules.NumOfRules, split.Testing.MaxData, accuracy);
       },
       out);
+  for (const FoldRun& run : runs) {
+    if (run.Coding.ok()) continue;
+    std::fputs(run.Coding.message().c_str(), out);
+    return run.Coding.exit_status();
+  }
 
   double mean = 0;
   for (const FoldRun& run : runs) mean += run.Accuracy;
