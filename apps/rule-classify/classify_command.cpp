@@ -137,6 +137,32 @@ std::string MiningSettings(const CommandLine& line, ClassifierSettings& settings
     settings.CompleteMode = static_cast<int>(whole);
   }
   settings.DiscardRest = line.Switches.count("-d") > 0;
+  if (const std::string* p = line.Value("--prune")) {
+    if (!ParseNumber(*p, number) || number < 0) return "--prune needs a chi-square of 0 or more, not '" + *p + "'";
+    settings.Significance = number;
+  }
+  if (const std::string* v = line.Value("--cover")) {
+    if (!ParseWhole(*v, 0, 1000000, whole)) return "--cover needs a number of covers from 0 up, not '" + *v + "'";
+    settings.Coverage = static_cast<int>(whole);
+  }
+  if (const std::string* v = line.Value("--cutoff")) {
+    if (*v != "on" && *v != "off") return "--cutoff needs on or off, not '" + *v + "'";
+    settings.CutOff = *v == "on";
+  }
+  if (const std::string* v = line.Value("--guard")) {
+    if (*v != "on" && *v != "off") return "--guard needs on or off, not '" + *v + "'";
+    settings.MajorityGuard = *v == "on";
+  }
+  return "";
+}
+
+// Reads --predict of cv into decision.
+std::string DecisionSetting(const CommandLine& line, Decision& decision) {
+  if (const std::string* v = line.Value("--predict")) {
+    if (*v == "first") decision = Decision::kFirstMatch;
+    else if (*v == "chi2") decision = Decision::kChiSquare;
+    else return "--predict needs first or chi2, not '" + *v + "'";
+  }
   return "";
 }
 
@@ -186,7 +212,7 @@ LayerReport PrintingReport(std::FILE* out) {
   return [out](int layer, const MinedRules& run) { PrintLayerReport(layer, run, out); };
 }
 
-const std::vector<std::string> kMiningFlags = {"-f", "-s", "-c", "-l", "-r"};
+const std::vector<std::string> kMiningFlags = {"-f", "-s", "-c", "-l", "-r", "--prune", "--cover", "--cutoff", "--guard"};
 
 // Reads the command line of a command that mines (train, cv): the mining
 // options, -d, and the command's own value flags. Returns the exit status
@@ -545,8 +571,11 @@ void RunFolds(int count, int threads, std::vector<FoldRun>& runs, Fold fold, std
 int CrossValidate(int argc, char** argv, std::FILE* out) {
   CommandLine line;
   ClassifierSettings settings;
-  const int ended = ReadMiningCommand(argc, argv, out, "cv", kCvUsage, {"-k", "--seed"}, line, settings);
+  const int ended = ReadMiningCommand(argc, argv, out, "cv", kCvUsage, {"-k", "--seed", "--predict"}, line, settings);
   if (ended >= 0) return ended;
+  Decision decision = Decision::kFirstMatch;
+  const std::string badDecision = DecisionSetting(line, decision);
+  if (!badDecision.empty()) return UsageError(out, "cv", badDecision);
   long long folds = 10;
   if (const std::string* k = line.Value("-k"))
     if (!ParseWhole(*k, 2, 1000000, folds))
@@ -606,6 +635,8 @@ int CrossValidate(int argc, char** argv, std::FILE* out) {
         const FoldSplit split = SplitFold(continuous ? coded : data, fold, f);
         RuleSet rules = BuildClassifier(split.Training, settings, foldOut, PrintingReport(foldOut));
         TestSingle(rules, split.Testing, foldOut);
+        if (decision != Decision::kFirstMatch)
+          rules.Hits = CountRight(rules, split.Testing, decision, split.Training.MaxData);
         const double accuracy = static_cast<double>(rules.Hits) / split.Testing.MaxData * 100;
         run.Accuracy = accuracy;
         std::fprintf(foldOut, "fold %d: %d training cases, %d rules, %d test cases, accuracy = %.2f %%\n", f + 1,
