@@ -495,7 +495,7 @@ void PrintFoldCuts(const DataSet& coded, const std::vector<CutAttribute>& cuts, 
   for (const CutAttribute& cut : cuts) {
     std::fprintf(out, " %s", coded.AttName[static_cast<size_t>(cut.Declared)].c_str());
     const std::vector<std::string> names = IntervalSpellings(cut.Intervals);
-    if (names.empty()) std::fprintf(out, " (no known value)");
+    if (names.empty()) std::fprintf(out, " (left out)");
     for (size_t j = 0; j < names.size(); ++j) std::fprintf(out, "%s%s", j ? " " : " ", names[j].c_str());
     std::fprintf(out, ";");
   }
@@ -626,7 +626,12 @@ int CrossValidate(int argc, char** argv, std::FILE* out) {
           std::vector<int> training;
           for (int i = 0; i < data.MaxData; ++i)
             if (fold[static_cast<size_t>(i)] != f) training.push_back(i);
-          const std::vector<CutAttribute> cuts = LearnEntropyCuts(data, training);
+          std::vector<CutAttribute> cuts = LearnEntropyCuts(data, training);
+          // An attribute the cuts leave in one interval tells the training
+          // classes nothing; as an item of every case it would only stand in
+          // the miner's way, so it is left out.
+          for (CutAttribute& cut : cuts)
+            if (cut.Intervals.size() < 2) cut.Intervals.clear();
           run.Coding = CodeWithCuts(data, cuts, coded);
           if (!run.Coding.ok()) return;
           LabelCases(coded);
