@@ -55,13 +55,25 @@ const char kMiningOptions[] =
     "  -r 1|2         keep only rules some case needs: 1 the first right rule of each\n"
     "                 case, 2 also rules that narrow the shared attributes (default: keep all)\n"
     "  -d             trim the rules the ordering leaves over: those with LAYERS\n"
-    "                 antecedent items or more go\n";
+    "                 antecedent items or more go\n"
+    "  --prune CHI2   drop the rules below this chi-square or not positively\n"
+    "                 correlated with their class before choosing (default 0: keep them)\n"
+    "  --cover N      choose the rules by database coverage instead of the ordering:\n"
+    "                 a rule stays when it is right on a case still counting, and a\n"
+    "                 case counts until N chosen rules cover it (default 0: the ordering)\n"
+    "  --cutoff on|off  keep the shortest prefix of the classifier with the fewest\n"
+    "                 pessimistically estimated training errors (default on)\n"
+    "  --guard on|off predict the majority class alone when a 5-fold cross-validation\n"
+    "                 inside the training cases (up to 1000 of them) does not beat it\n"
+    "                 (default on)\n";
 
 const char kTrainUsage[] =
-    "Usage: rule-classify train -f STEM [-s SUPPORT] [-c CONFIDENCE] [-l LAYERS] [-r 1|2] [-d] -o RULEFILE\n"
+    "Usage: rule-classify train -f STEM [-s SUPPORT] [-c CONFIDENCE] [-l LAYERS] [-r 1|2] [-d]\n"
+    "                          [--prune CHI2] [--cover N] [--cutoff on|off] [--guard on|off] -o RULEFILE\n"
     "Mines STEM.names and STEM.data, orders the class rules into a first-match\n"
     "classifier with a default class, writes it to RULEFILE, prints it and its\n"
-    "accuracy on the training cases.\n"
+    "accuracy on the training cases. Continuous attributes are refused: cut them\n"
+    "first with rule-discretise.\n"
     "  -f STEM        stem of the names and data files\n"
     "  -o RULEFILE    rule file to write\n";
 
@@ -88,12 +100,17 @@ const char kPredictUsage[] =
     "  --vote         predict by the vote of the first five covering rules\n";
 
 const char kCvUsage[] =
-    "Usage: rule-classify cv -f STEM [-k FOLDS] [--seed N] [-s SUPPORT] [-c CONFIDENCE] [-l LAYERS] [-r 1|2] [-d]\n"
+    "Usage: rule-classify cv -f STEM [-k FOLDS] [--seed N] [--predict first|chi2] [-s SUPPORT] [-c CONFIDENCE]\n"
+    "                       [-l LAYERS] [-r 1|2] [-d] [--prune CHI2] [--cover N] [--cutoff on|off] [--guard on|off]\n"
     "Cross-validates the classifier on STEM: the cases are dealt into FOLDS folds\n"
     "stratified by class; each fold is classified by rules mined from the others.\n"
+    "Continuous attributes are cut in every fold by class entropy (as rule-discretise\n"
+    "-m entropy) from its training cases only.\n"
     "  -f STEM        stem of the names and data files\n"
     "  -k FOLDS       number of folds, at least 2 (default 10)\n"
-    "  --seed N       seed of the shuffle that deals the folds (default 1)\n";
+    "  --seed N       seed of the shuffle that deals the folds (default 1)\n"
+    "  --predict first|chi2  classify a test case by its first covering rule\n"
+    "                 (default), or by the chi-square weight of all its covering rules\n";
 
 // Refuses input the command cannot work with; exit status 1.
 int Refuse(std::FILE* out, const std::string& command, const std::string& message) {
