@@ -60,7 +60,8 @@ TEST_F(ClassifierPrep, MisfitNamesTheFirstRuleTheNamesFileCannotHold) {
   EXPECT_EQ(RulesMisfit(rules, data), "rule 2 has target -1, but the class indexes run from 0 to 1");
 }
 
-// The training run of the classify fixtures (--cutoff off --guard off),
+// The training run of the classify fixtures (--order errors --cutoff off
+// --guard off),
 // in-process: the layer reports, the classifier and its test on the
 // training cases.
 TEST_F(ClassifierPrep, ToyClassifierIsBuiltPrintedAndTestedAsTheProgramDoes) {
@@ -70,6 +71,7 @@ TEST_F(ClassifierPrep, ToyClassifierIsBuiltPrintedAndTestedAsTheProgramDoes) {
   LabelCases(data);
   std::FILE* file = out.file();
   ClassifierSettings settings;
+  settings.ByErrorRate = false;
   settings.CutOff = false;
   settings.MajorityGuard = false;
   RuleSet built = BuildClassifier(data, settings, file,

@@ -58,6 +58,9 @@ const char kMiningOptions[] =
     "                 antecedent items or more go\n"
     "  --prune CHI2   drop the rules below this chi-square or not positively\n"
     "                 correlated with their class before choosing (default 0: keep them)\n"
+    "  --order rate|errors  the ordering places next the rule of the lowest\n"
+    "                 pessimistic error rate on the cases left (default), or the one\n"
+    "                 with the fewest errors there\n"
     "  --cover N      choose the rules by database coverage instead of the ordering:\n"
     "                 a rule stays when it is right on a case still counting, and a\n"
     "                 case counts until N chosen rules cover it (default 0: the ordering)\n"
@@ -69,7 +72,7 @@ const char kMiningOptions[] =
 
 const char kTrainUsage[] =
     "Usage: rule-classify train -f STEM [-s SUPPORT] [-c CONFIDENCE] [-l LAYERS] [-r 1|2] [-d]\n"
-    "                          [--prune CHI2] [--cover N] [--cutoff on|off] [--guard on|off] -o RULEFILE\n"
+    "                          [--order rate|errors] [--prune CHI2] [--cover N] [--cutoff on|off] [--guard on|off] -o RULEFILE\n"
     "Mines STEM.names and STEM.data, orders the class rules into a first-match\n"
     "classifier with a default class, writes it to RULEFILE, prints it and its\n"
     "accuracy on the training cases. Continuous attributes are refused: cut them\n"
@@ -101,7 +104,8 @@ const char kPredictUsage[] =
 
 const char kCvUsage[] =
     "Usage: rule-classify cv -f STEM [-k FOLDS] [--seed N] [--predict first|chi2] [-s SUPPORT] [-c CONFIDENCE]\n"
-    "                       [-l LAYERS] [-r 1|2] [-d] [--prune CHI2] [--cover N] [--cutoff on|off] [--guard on|off]\n"
+    "                       [-l LAYERS] [-r 1|2] [-d] [--order rate|errors]\n"
+    "                       [--prune CHI2] [--cover N] [--cutoff on|off] [--guard on|off]\n"
     "Cross-validates the classifier on STEM: the cases are dealt into FOLDS folds\n"
     "stratified by class; each fold is classified by rules mined from the others.\n"
     "Continuous attributes are cut in every fold by class entropy (as rule-discretise\n"
@@ -166,6 +170,10 @@ std::string MiningSettings(const CommandLine& line, ClassifierSettings& settings
     if (*v != "on" && *v != "off") return "--cutoff needs on or off, not '" + *v + "'";
     settings.CutOff = *v == "on";
   }
+  if (const std::string* v = line.Value("--order")) {
+    if (*v != "errors" && *v != "rate") return "--order needs rate or errors, not '" + *v + "'";
+    settings.ByErrorRate = *v == "rate";
+  }
   if (const std::string* v = line.Value("--guard")) {
     if (*v != "on" && *v != "off") return "--guard needs on or off, not '" + *v + "'";
     settings.MajorityGuard = *v == "on";
@@ -229,7 +237,7 @@ LayerReport PrintingReport(std::FILE* out) {
   return [out](int layer, const MinedRules& run) { PrintLayerReport(layer, run, out); };
 }
 
-const std::vector<std::string> kMiningFlags = {"-f", "-s", "-c", "-l", "-r", "--prune", "--cover", "--cutoff", "--guard"};
+const std::vector<std::string> kMiningFlags = {"-f", "-s", "-c", "-l", "-r", "--prune", "--cover", "--cutoff", "--guard", "--order"};
 
 // Reads the command line of a command that mines (train, cv): the mining
 // options, -d, and the command's own value flags. Returns the exit status

@@ -113,6 +113,7 @@ RuleSet BuildClassifier(const DataSet& data, const ClassifierSettings& settings,
     order.MinConf = settings.Confidence;
     order.MaxLayer = settings.Layers;
     order.Discard = settings.DiscardRest;
+    order.ByErrorRate = settings.ByErrorRate;
     OrderRuleAndSetDefault(rules, data, dist, order);
     // Every training case explained leaves no class count: a case the rules do
     // not cover then goes to the most frequent class.

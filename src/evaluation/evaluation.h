@@ -88,6 +88,7 @@ struct OrderSettings {
   float MinConf = 0.999999f;  // least accuracy of a placed rule
   int MaxLayer = 4;           // with Discard: left-over rules this long or longer go
   bool Discard = false;       // trim the rules the ordering leaves over
+  bool ByErrorRate = false;   // place the rule of the lowest pessimistic error rate, not the fewest errors
 };
 
 int OrderRuleAndSetDefault(RuleSet& rules, const DataSet& data, const std::vector<float>& dist,
@@ -123,7 +124,8 @@ struct ClassifierSettings {
   int Coverage = 0;          // 0: the ordering; N: database coverage, a case counting until N kept rules cover it
   bool CutOff = true;        // keep the prefix of the classifier with the fewest estimated errors
   bool MajorityGuard = true;  // fall back on the majority class when the rules promise no better
-  int GuardCases = 1000;     // the guard's inner cross-validation runs on at most this many cases
+  int GuardCases = 1000;
+  bool ByErrorRate = true;   // the ordering's choice: see OrderSettings     // the guard's inner cross-validation runs on at most this many cases
 };
 
 // The majority guard: on a training set of at most settings.GuardCases
