@@ -60,15 +60,21 @@ TEST_F(ClassifierPrep, MisfitNamesTheFirstRuleTheNamesFileCannotHold) {
   EXPECT_EQ(RulesMisfit(rules, data), "rule 2 has target -1, but the class indexes run from 0 to 1");
 }
 
-// The training run of the classify fixtures, in-process: the layer reports,
-// the classifier and its test on the training cases.
+// The training run of the classify fixtures (--order errors --cutoff off
+// --guard off),
+// in-process: the layer reports, the classifier and its test on the
+// training cases.
 TEST_F(ClassifierPrep, ToyClassifierIsBuiltPrintedAndTestedAsTheProgramDoes) {
   const std::string fixtures = std::string(SOURCE_DIR) + "/tests/fixtures/classify/";
   Load(ReadFile(fixtures + "toy.names"), ReadFile(fixtures + "toy.data"));
   data.FileName = "toy";
   LabelCases(data);
   std::FILE* file = out.file();
-  RuleSet built = BuildClassifier(data, ClassifierSettings(), file,
+  ClassifierSettings settings;
+  settings.ByErrorRate = false;
+  settings.CutOff = false;
+  settings.MajorityGuard = false;
+  RuleSet built = BuildClassifier(data, settings, file,
                                   [file](int layer, const MinedRules& run) { PrintLayerReport(layer, run, file); });
   PrintClassifier(built, data, file);
   TestSingle(built, data, file);

@@ -148,3 +148,33 @@ TEST_F(Ordering, TestAndSetDefaultTakesTheClassTheRulesLeaveMost) {
 }
 
 }  // namespace
+
+// By pessimistic error rate: of two error-free rules the one covering more
+// of the cases left goes first, and a rule with one exception among many
+// cases goes before an error-free one covering few.
+TEST_F(Ordering, ByErrorRateBroadRulesGoBeforeNarrowOnes) {
+  // Cases 0-1: item 1, class 0. Cases 2-21: item 2, class 1, but the last
+  // one class 0. Cases 22-25: item 3, class 0.
+  std::vector<std::vector<short>> items;
+  std::vector<short> classes;
+  for (int i = 0; i < 2; ++i) items.push_back({1}), classes.push_back(0);
+  for (int i = 0; i < 20; ++i) items.push_back({2}), classes.push_back(i == 19 ? 0 : 1);
+  for (int i = 0; i < 4; ++i) items.push_back({3}), classes.push_back(0);
+  SetCases(items, classes, 2);
+  const std::vector<float> dist = {7.0f / 26, 19.0f / 26};
+  OrderSettings settings = Order(0.1f);
+  settings.ByErrorRate = true;
+  RuleRecord* narrow = AddRule(rules, {1}, 0);
+  RuleRecord* broad = AddRule(rules, {2}, 1);
+  RuleRecord* middle = AddRule(rules, {3}, 0);
+  OrderRuleAndSetDefault(rules, data, dist, settings);
+  EXPECT_EQ(RulesOf(rules), (std::vector<RuleRecord*>{broad, middle, narrow}));
+
+  // By the fewest errors the error-free rules come first, in their order.
+  RuleSet again;
+  narrow = AddRule(again, {1}, 0);
+  broad = AddRule(again, {2}, 1);
+  middle = AddRule(again, {3}, 0);
+  OrderRuleAndSetDefault(again, data, dist, Order(0.1f));
+  EXPECT_EQ(RulesOf(again), (std::vector<RuleRecord*>{narrow, middle, broad}));
+}

@@ -31,6 +31,7 @@
 #include "base/numbers.h"
 #include "base/staged_file.h"
 #include "common/command_line.h"
+#include "discretiser/discretise.h"
 #include "evaluation/evaluation.h"
 #include "input/readers.h"
 #include "output/reports.h"
@@ -54,13 +55,28 @@ const char kMiningOptions[] =
     "  -r 1|2         keep only rules some case needs: 1 the first right rule of each\n"
     "                 case, 2 also rules that narrow the shared attributes (default: keep all)\n"
     "  -d             trim the rules the ordering leaves over: those with LAYERS\n"
-    "                 antecedent items or more go\n";
+    "                 antecedent items or more go\n"
+    "  --prune CHI2   drop the rules below this chi-square or not positively\n"
+    "                 correlated with their class before choosing (default 0: keep them)\n"
+    "  --order rate|errors  the ordering places next the rule of the lowest\n"
+    "                 pessimistic error rate on the cases left (default), or the one\n"
+    "                 with the fewest errors there\n"
+    "  --cover N      choose the rules by database coverage instead of the ordering:\n"
+    "                 a rule stays when it is right on a case still counting, and a\n"
+    "                 case counts until N chosen rules cover it (default 0: the ordering)\n"
+    "  --cutoff on|off  keep the shortest prefix of the classifier with the fewest\n"
+    "                 pessimistically estimated training errors (default on)\n"
+    "  --guard on|off predict the majority class alone when a 5-fold cross-validation\n"
+    "                 inside the training cases (up to 1000 of them) does not beat it\n"
+    "                 (default on)\n";
 
 const char kTrainUsage[] =
-    "Usage: rule-classify train -f STEM [-s SUPPORT] [-c CONFIDENCE] [-l LAYERS] [-r 1|2] [-d] -o RULEFILE\n"
+    "Usage: rule-classify train -f STEM [-s SUPPORT] [-c CONFIDENCE] [-l LAYERS] [-r 1|2] [-d]\n"
+    "                          [--order rate|errors] [--prune CHI2] [--cover N] [--cutoff on|off] [--guard on|off] -o RULEFILE\n"
     "Mines STEM.names and STEM.data, orders the class rules into a first-match\n"
     "classifier with a default class, writes it to RULEFILE, prints it and its\n"
-    "accuracy on the training cases.\n"
+    "accuracy on the training cases. Continuous attributes are refused: cut them\n"
+    "first with rule-discretise.\n"
     "  -f STEM        stem of the names and data files\n"
     "  -o RULEFILE    rule file to write\n";
 
@@ -87,12 +103,18 @@ const char kPredictUsage[] =
     "  --vote         predict by the vote of the first five covering rules\n";
 
 const char kCvUsage[] =
-    "Usage: rule-classify cv -f STEM [-k FOLDS] [--seed N] [-s SUPPORT] [-c CONFIDENCE] [-l LAYERS] [-r 1|2] [-d]\n"
+    "Usage: rule-classify cv -f STEM [-k FOLDS] [--seed N] [--predict first|chi2] [-s SUPPORT] [-c CONFIDENCE]\n"
+    "                       [-l LAYERS] [-r 1|2] [-d] [--order rate|errors]\n"
+    "                       [--prune CHI2] [--cover N] [--cutoff on|off] [--guard on|off]\n"
     "Cross-validates the classifier on STEM: the cases are dealt into FOLDS folds\n"
     "stratified by class; each fold is classified by rules mined from the others.\n"
+    "Continuous attributes are cut in every fold by class entropy (as rule-discretise\n"
+    "-m entropy) from its training cases only.\n"
     "  -f STEM        stem of the names and data files\n"
     "  -k FOLDS       number of folds, at least 2 (default 10)\n"
-    "  --seed N       seed of the shuffle that deals the folds (default 1)\n";
+    "  --seed N       seed of the shuffle that deals the folds (default 1)\n"
+    "  --predict first|chi2  classify a test case by its first covering rule\n"
+    "                 (default), or by the chi-square weight of all its covering rules\n";
 
 // Refuses input the command cannot work with; exit status 1.
 int Refuse(std::FILE* out, const std::string& command, const std::string& message) {
@@ -136,22 +158,76 @@ std::string MiningSettings(const CommandLine& line, ClassifierSettings& settings
     settings.CompleteMode = static_cast<int>(whole);
   }
   settings.DiscardRest = line.Switches.count("-d") > 0;
+  if (const std::string* p = line.Value("--prune")) {
+    if (!ParseNumber(*p, number) || number < 0) return "--prune needs a chi-square of 0 or more, not '" + *p + "'";
+    settings.Significance = number;
+  }
+  if (const std::string* v = line.Value("--cover")) {
+    if (!ParseWhole(*v, 0, 1000000, whole)) return "--cover needs a number of covers from 0 up, not '" + *v + "'";
+    settings.Coverage = static_cast<int>(whole);
+  }
+  if (const std::string* v = line.Value("--cutoff")) {
+    if (*v != "on" && *v != "off") return "--cutoff needs on or off, not '" + *v + "'";
+    settings.CutOff = *v == "on";
+  }
+  if (const std::string* v = line.Value("--order")) {
+    if (*v != "errors" && *v != "rate") return "--order needs rate or errors, not '" + *v + "'";
+    settings.ByErrorRate = *v == "rate";
+  }
+  if (const std::string* v = line.Value("--guard")) {
+    if (*v != "on" && *v != "off") return "--guard needs on or off, not '" + *v + "'";
+    settings.MajorityGuard = *v == "on";
+  }
   return "";
 }
 
-// Reads the names and data files of the stem into data and labels the cases
-// with their class indexes. The input errors go to out. Returns the exit
-// status of a failure (after saying why, also when there are no cases), or
-// -1 when the cases are ready.
-int LoadCases(std::FILE* out, const std::string& command, const std::string& stem, DataSet& data) {
+// Reads --predict of cv into decision.
+std::string DecisionSetting(const CommandLine& line, Decision& decision) {
+  if (const std::string* v = line.Value("--predict")) {
+    if (*v == "first") decision = Decision::kFirstMatch;
+    else if (*v == "chi2") decision = Decision::kChiSquare;
+    else return "--predict needs first or chi2, not '" + *v + "'";
+  }
+  return "";
+}
+
+// Reads the names file of the stem, continuous attributes included, and the
+// raw cases of the data file into data. The input errors go to out. Returns
+// the exit status of a failure (after saying why, also when there are no
+// cases), or -1 when the raw cases are ready.
+int LoadRawCases(std::FILE* out, const std::string& command, const std::string& stem, DataSet& data) {
   InputErrors errors{out, 0};
-  Status status = GetNames(data, stem, errors);
-  if (status.ok()) status = GetData(data, ".data", errors);
+  Status status = GetNames(data, stem, errors, true);
+  if (status.ok()) status = ReadData(data, ".data", errors);
   if (!status.ok()) {
     std::fputs(status.message().c_str(), out);
     return status.exit_status();
   }
   if (data.MaxData == 0) return Refuse(out, command, stem + ".data holds no cases");
+  return -1;
+}
+
+// The first continuous attribute of a data set, empty when it has none.
+std::string FirstContinuous(const DataSet& data) {
+  for (int a = 0; a < data.MaxAtt; ++a)
+    if (data.SpecialStatus[a] == 3) return data.AttName[a];
+  return "";
+}
+
+// Reads the names and data files of the stem into data and labels the cases
+// with their class indexes. The input errors go to out. A continuous
+// attribute is refused: a rule file holds interval items, not the cuts that
+// would code new cases. Returns the exit status of a failure (after saying
+// why, also when there are no cases), or -1 when the cases are ready.
+int LoadCases(std::FILE* out, const std::string& command, const std::string& stem, DataSet& data) {
+  const int loaded = LoadRawCases(out, command, stem, data);
+  if (loaded >= 0) return loaded;
+  const std::string continuous = FirstContinuous(data);
+  if (!continuous.empty())
+    return Refuse(out, command,
+                  stem + ".names declares the continuous attribute " + continuous +
+                      "; cut it into intervals first with rule-discretise (cv cuts each fold itself)");
+  ConvertDataSpace(data);
   LabelCases(data);
   return -1;
 }
@@ -161,7 +237,7 @@ LayerReport PrintingReport(std::FILE* out) {
   return [out](int layer, const MinedRules& run) { PrintLayerReport(layer, run, out); };
 }
 
-const std::vector<std::string> kMiningFlags = {"-f", "-s", "-c", "-l", "-r"};
+const std::vector<std::string> kMiningFlags = {"-f", "-s", "-c", "-l", "-r", "--prune", "--cover", "--cutoff", "--guard", "--order"};
 
 // Reads the command line of a command that mines (train, cv): the mining
 // options, -d, and the command's own value flags. Returns the exit status
@@ -435,7 +511,21 @@ struct FoldRun {
   bool Done = false;
   std::exception_ptr Failure;
   double Accuracy = 0;
+  Status Coding;  // coding the fold's cases with its cuts
 };
+
+// The intervals a fold cut its continuous attributes into, one line.
+void PrintFoldCuts(const DataSet& coded, const std::vector<CutAttribute>& cuts, int f, std::FILE* out) {
+  std::fprintf(out, "fold %d: intervals from the training cases:", f + 1);
+  for (const CutAttribute& cut : cuts) {
+    std::fprintf(out, " %s", coded.AttName[static_cast<size_t>(cut.Declared)].c_str());
+    const std::vector<std::string> names = IntervalSpellings(cut.Intervals);
+    if (names.empty()) std::fprintf(out, " (left out)");
+    for (size_t j = 0; j < names.size(); ++j) std::fprintf(out, "%s%s", j ? " " : " ", names[j].c_str());
+    std::fprintf(out, ";");
+  }
+  std::fprintf(out, "\n");
+}
 
 // Runs fold(f, runs[f]) for f = 0 .. count-1 on up to `threads` threads,
 // the folds taken in order, each printing into its own buffer, and prints the buffers to out in fold
@@ -506,8 +596,11 @@ void RunFolds(int count, int threads, std::vector<FoldRun>& runs, Fold fold, std
 int CrossValidate(int argc, char** argv, std::FILE* out) {
   CommandLine line;
   ClassifierSettings settings;
-  const int ended = ReadMiningCommand(argc, argv, out, "cv", kCvUsage, {"-k", "--seed"}, line, settings);
+  const int ended = ReadMiningCommand(argc, argv, out, "cv", kCvUsage, {"-k", "--seed", "--predict"}, line, settings);
   if (ended >= 0) return ended;
+  Decision decision = Decision::kFirstMatch;
+  const std::string badDecision = DecisionSetting(line, decision);
+  if (!badDecision.empty()) return UsageError(out, "cv", badDecision);
   long long folds = 10;
   if (const std::string* k = line.Value("-k"))
     if (!ParseWhole(*k, 2, 1000000, folds))
@@ -523,7 +616,7 @@ int CrossValidate(int argc, char** argv, std::FILE* out) {
   // for a run on the files as read.
   DataSet data;
   OutputBuffer reading;
-  const int loaded = LoadCases(reading.file(), "cv", stem, data);
+  const int loaded = LoadRawCases(reading.file(), "cv", stem, data);
   reading.Close();
   reading.PrintTo(out);
   if (loaded >= 0) return loaded;
@@ -531,8 +624,20 @@ int CrossValidate(int argc, char** argv, std::FILE* out) {
     return Refuse(out, "cv",
                   stem + ".data holds " + std::to_string(data.MaxData) + " cases, fewer than the " +
                       std::to_string(folds) + " folds");
-  const std::vector<int> fold =
-      StratifiedFolds(CaseLabels(data), static_cast<int>(folds), static_cast<std::uint64_t>(seed));
+  // Continuous attributes are cut anew in every fold, from its training
+  // cases only; the raw rows stay for that. Otherwise the cases are coded
+  // once and every fold takes its subsets of them.
+  const bool continuous = HasContinuousAttribute(data);
+  std::vector<int> labels(static_cast<size_t>(data.MaxData));
+  if (continuous) {
+    for (int i = 0; i < data.MaxData; ++i)
+      labels[static_cast<size_t>(i)] = ClassIndexOf(data, static_cast<int>(data.RawDataSpace[i][data.RealAtt - 1]));
+  } else {
+    ConvertDataSpace(data);
+    LabelCases(data);
+    labels = CaseLabels(data);
+  }
+  const std::vector<int> fold = StratifiedFolds(labels, static_cast<int>(folds), static_cast<std::uint64_t>(seed));
 
   const int count = static_cast<int>(folds);
   std::vector<FoldRun> runs(static_cast<size_t>(count));
@@ -541,15 +646,38 @@ int CrossValidate(int argc, char** argv, std::FILE* out) {
       [&](int f, FoldRun& run) {
         std::FILE* foldOut = run.Output.file();
         if (f > 0) reading.PrintTo(foldOut);
-        const FoldSplit split = SplitFold(data, fold, f);
+        DataSet coded;
+        if (continuous) {
+          std::vector<int> training;
+          for (int i = 0; i < data.MaxData; ++i)
+            if (fold[static_cast<size_t>(i)] != f) training.push_back(i);
+          std::vector<CutAttribute> cuts = LearnEntropyCuts(data, training);
+          // An attribute the cuts leave in one interval tells the training
+          // classes nothing; as an item of every case it would only stand in
+          // the miner's way, so it is left out.
+          for (CutAttribute& cut : cuts)
+            if (cut.Intervals.size() < 2) cut.Intervals.clear();
+          run.Coding = CodeWithCuts(data, cuts, coded);
+          if (!run.Coding.ok()) return;
+          LabelCases(coded);
+          PrintFoldCuts(coded, cuts, f, foldOut);
+        }
+        const FoldSplit split = SplitFold(continuous ? coded : data, fold, f);
         RuleSet rules = BuildClassifier(split.Training, settings, foldOut, PrintingReport(foldOut));
         TestSingle(rules, split.Testing, foldOut);
+        if (decision != Decision::kFirstMatch)
+          rules.Hits = CountRight(rules, split.Testing, decision, split.Training.MaxData);
         const double accuracy = static_cast<double>(rules.Hits) / split.Testing.MaxData * 100;
         run.Accuracy = accuracy;
         std::fprintf(foldOut, "fold %d: %d training cases, %d rules, %d test cases, accuracy = %.2f %%\n", f + 1,
                      split.Training.MaxData, rules.NumOfRules, split.Testing.MaxData, accuracy);
       },
       out);
+  for (const FoldRun& run : runs) {
+    if (run.Coding.ok()) continue;
+    std::fputs(run.Coding.message().c_str(), out);
+    return run.Coding.exit_status();
+  }
 
   double mean = 0;
   for (const FoldRun& run : runs) mean += run.Accuracy;

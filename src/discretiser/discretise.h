@@ -77,3 +77,26 @@ std::vector<std::string> IntervalSpellings(const std::vector<ContValue>& interva
 // one that cannot be written completely names the file and the reason
 // (WriteFailure).
 Status WriteCategoricalPair(const DataSet& data, const std::string& outStem, const std::vector<CutAttribute>& cuts);
+
+// ---- Coding cases with cuts learnt from some of them ----
+// The class-entropy cuts (EntropyCutPoints, IntervalsFromCuts) of every
+// continuous attribute of a data set read with its raw rows (ReadData, not
+// coded), learnt from the cases at the given positions only: the values and
+// classes of the other cases play no part. In declared order; FirstCode is
+// 0 (the codes are handed out when the cases are coded).
+std::vector<CutAttribute> LearnEntropyCuts(const DataSet& raw, const std::vector<int>& cases);
+
+// The categorical data set that the raw data set becomes with the given
+// cuts, with the tables that reading the pair written by WriteCategoricalPair
+// would give: each continuous attribute declares its intervals (spelt
+// LOW..HIGH) as values, one without any interval is ignored, the class items
+// are the last codes. Every case is coded into rows of its own: a value
+// takes the interval LOW <= x < HIGH holding it, a value below the first
+// interval the first one and a value at or beyond the last one the last one
+// (the nearest interval), an unknown value the unknown item 0. The raw data
+// set is only read, so several threads may code it at once. Fails when the
+// items pass the limit of the data space.
+Status CodeWithCuts(const DataSet& raw, const std::vector<CutAttribute>& cuts, DataSet& coded);
+
+// True when the data set declares a continuous attribute.
+bool HasContinuousAttribute(const DataSet& data);

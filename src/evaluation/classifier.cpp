@@ -104,17 +104,59 @@ RuleSet BuildClassifier(const DataSet& data, const ClassifierSettings& settings,
   std::vector<float> dist;
   SetClassDistribution(data, dist);
   SortRules(rules);
+  if (settings.Significance > 0) PruneInsignificant(rules, data.MaxData, settings.Significance);
   if (settings.CompleteMode != 0) ChooseKcompleterule(rules, data, settings.CompleteMode);
-  OrderSettings order;
-  order.MinConf = settings.Confidence;
-  order.MaxLayer = settings.Layers;
-  order.Discard = settings.DiscardRest;
-  OrderRuleAndSetDefault(rules, data, dist, order);
-  // Every training case explained leaves no class count: a case the rules do
-  // not cover then goes to the most frequent class.
-  if (rules.DefaultClass == -1) SetSimpleDefault(rules, data, dist);
-  DropUndecidingRules(rules, data);
+  if (settings.Coverage > 0) {
+    CoverCases(rules, data, settings.Coverage);
+  } else {
+    OrderSettings order;
+    order.MinConf = settings.Confidence;
+    order.MaxLayer = settings.Layers;
+    order.Discard = settings.DiscardRest;
+    order.ByErrorRate = settings.ByErrorRate;
+    OrderRuleAndSetDefault(rules, data, dist, order);
+    // Every training case explained leaves no class count: a case the rules do
+    // not cover then goes to the most frequent class.
+    if (rules.DefaultClass == -1) SetSimpleDefault(rules, data, dist);
+    DropUndecidingRules(rules, data);
+  }
+  if (settings.CutOff) CutAtFewestErrors(rules, data);
+  if (settings.MajorityGuard) FallBackOnMajority(rules, data, settings);
   return rules;
+}
+
+bool FallBackOnMajority(RuleSet& rules, const DataSet& data, const ClassifierSettings& settings) {
+  constexpr int kInnerFolds = 5;
+  if (data.MaxData > settings.GuardCases || data.MaxData < kInnerFolds) return false;
+  std::vector<int> counts(static_cast<size_t>(std::max(data.MaxClass, 0)), 0);
+  for (int i = 0; i < data.MaxData; ++i) {
+    const int cls = data.DataSpace[i][data.RealAtt];
+    if (cls >= 0 && cls < data.MaxClass) counts[static_cast<size_t>(cls)] += 1;
+  }
+  const auto most = std::max_element(counts.begin(), counts.end());
+  if (most == counts.end() || *most == 0) return false;
+  // The inner runs' mining reports are not wanted.
+  std::FILE* sink = std::fopen("/dev/null", "w");
+  if (!sink) return false;
+  ClassifierSettings inner = settings;
+  inner.MajorityGuard = false;
+  const std::vector<int> fold = StratifiedFolds(CaseLabels(data), kInnerFolds, 1);
+  int right = 0;
+  try {
+    for (int f = 0; f < kInnerFolds; ++f) {
+      const FoldSplit split = SplitFold(data, fold, f);
+      const RuleSet foldRules = BuildClassifier(split.Training, inner, sink, [](int, const MinedRules&) {});
+      right += CountRight(foldRules, split.Testing, Decision::kFirstMatch, split.Training.MaxData);
+    }
+  } catch (...) {
+    std::fclose(sink);
+    throw;
+  }
+  std::fclose(sink);
+  if (right > *most) return false;
+  for (RuleRecord* r = rules.First; r;) r = RemoveRule(rules, r);
+  rules.DefaultClass = static_cast<int>(most - counts.begin());
+  return true;
 }
 
 namespace {

@@ -88,6 +88,7 @@ struct OrderSettings {
   float MinConf = 0.999999f;  // least accuracy of a placed rule
   int MaxLayer = 4;           // with Discard: left-over rules this long or longer go
   bool Discard = false;       // trim the rules the ordering leaves over
+  bool ByErrorRate = false;   // place the rule of the lowest pessimistic error rate, not the fewest errors
 };
 
 int OrderRuleAndSetDefault(RuleSet& rules, const DataSet& data, const std::vector<float>& dist,
@@ -119,7 +120,21 @@ struct ClassifierSettings {
   int Layers = 4;           // largest itemset mined (antecedent plus target)
   int CompleteMode = 0;     // 0: no complete rule selection; 1 or 2: its mode
   bool DiscardRest = false;  // trim the rules the ordering leaves over
+  double Significance = 0;   // least chi-square of a kept rule (0: no test); negatively correlated rules go too
+  int Coverage = 0;          // 0: the ordering; N: database coverage, a case counting until N kept rules cover it
+  bool CutOff = true;        // keep the prefix of the classifier with the fewest estimated errors
+  bool MajorityGuard = true;  // fall back on the majority class when the rules promise no better
+  int GuardCases = 1000;
+  bool ByErrorRate = true;   // the ordering's choice: see OrderSettings     // the guard's inner cross-validation runs on at most this many cases
 };
+
+// The majority guard: on a training set of at most settings.GuardCases
+// cases, a 5-fold cross-validation inside it (folds stratified, seed 1)
+// estimates the accuracy of classifiers built with the same settings; when
+// that estimate does not beat the share of the most frequent class, the
+// classifier is replaced by that class alone (no rules). Returns true when
+// it was.
+bool FallBackOnMajority(RuleSet& rules, const DataSet& data, const ClassifierSettings& settings);
 
 // The class index of an item code; -1 for an item that is no class value.
 int ClassIndexOf(const DataSet& data, int item);
@@ -145,6 +160,48 @@ void PrintClassifier(const RuleSet& rules, const DataSet& data, std::FILE* out);
 // and every target and the default class are class indexes; otherwise what
 // does not fit.
 std::string RulesMisfit(const RuleSet& rules, const DataSet& data);
+
+// ---- Rule statistics, database coverage, the chi-square vote ----
+// The chi-square of a rule's 2x2 table (antecedent by class) over `cases`
+// training cases, from its counts Supp, AntSupp and TargetSupp; 0 when the
+// antecedent or the class holds no case or every case.
+double RuleChiSquare(const RuleRecord& rule, int cases);
+// The largest chi-square a rule with the same antecedent and class counts
+// could reach (its cases of the antecedent and of the class overlapping as
+// far as they can).
+double RuleMaxChiSquare(const RuleRecord& rule, int cases);
+// True when antecedent and class occur together more often than by chance.
+bool PositivelyCorrelated(const RuleRecord& rule, int cases);
+// Removes the rules that are not positively correlated with their class or
+// whose chi-square is below threshold; returns how many went.
+int PruneInsignificant(RuleSet& rules, int cases, double threshold);
+// The upper 25 % confidence bound of the errors among `cases` cases of which
+// `errors` are wrong (binomial, normal approximation with continuity in the
+// form pruned decision trees use), as a number of cases.
+double PessimisticErrors(double cases, double errors);
+// Database coverage: the rules, in their order, are kept when they classify
+// at least one case still counting right; every case they cover counts one
+// cover more, and a case stops counting once delta kept rules cover it. The
+// default class is the most frequent class of the cases no kept rule covers
+// (of all cases when every case is covered).
+void CoverCases(RuleSet& rules, const DataSet& data, int delta);
+// Keeps the shortest prefix of the classifier with the fewest estimated
+// first-match errors on the training cases: each rule's errors among the
+// cases it decides, and the default class's among the cases no kept rule
+// covers, each by PessimisticErrors. The default class becomes the most
+// frequent class of the cases no kept rule covers.
+void CutAtFewestErrors(RuleSet& rules, const DataSet& data);
+// The chi-square vote: every rule covering the row adds chi²·chi²/max chi²
+// (over the trainingCases it was mined from) to its class; the heaviest
+// class wins, on equal weights the class of the earlier-placed rule, which
+// is the deciding rule. A row no rule covers gets the default class.
+Prediction PredictChiSquare(const RuleSet& rules, const DataSet& data, const short* row, int trainingCases);
+// How a classifier decides a case.
+enum class Decision { kFirstMatch, kChiSquare };
+Prediction Decide(const RuleSet& rules, const DataSet& data, const short* row, Decision decision,
+                  int trainingCases);
+// The number of cases the classifier decides right.
+int CountRight(const RuleSet& rules, const DataSet& data, Decision decision, int trainingCases);
 
 // ---- Cross-validation ----
 // Fold (0 .. k-1) of each case, stratified by the labels: the cases of each

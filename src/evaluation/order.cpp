@@ -160,6 +160,34 @@ RuleRecord* RuleAt(const RuleSet& rules, int position) {
   return r;
 }
 
+// The choice by pessimistic error rate: the unplaced row with at least one
+// right case whose errors, raised to their pessimistic estimate, are the
+// smallest share of the cases it covers (the first of equal ones). Of two
+// rules without an error the one covering more remaining cases goes first,
+// and a rule right on many cases with one exception can beat one right on
+// a few without any.
+int ChooseRowByErrorRate(const RuleSet& rules, int cases, CoverageTable table, RuleChoice* choice, int start,
+                             const Tally& tally) {
+  int best = -1;
+  double bestScore = 0;
+  for (int k = start; k < rules.NumOfRules; ++k) {
+    const int* row = table[k];
+    if (row[cases + 1] == 1) continue;
+    const int right = tally.Right[tally.Id[k]];
+    const int wrong = tally.Wrong[tally.Id[k]];
+    if (right == 0) continue;
+    const double score = -PessimisticErrors(right + wrong, wrong) / (right + wrong);
+    if (best < 0 || score > bestScore) {
+      best = k;
+      bestScore = score;
+    }
+  }
+  if (best < 0) return 0;
+  *choice = RuleChoice{best, tally.Right[tally.Id[best]], tally.Wrong[tally.Id[best]]};
+  table[best][cases + 1] = 1;
+  return 1;
+}
+
 }  // namespace
 
 int OrderRuleAndSetDefault(RuleSet& ruleSet, const DataSet& data, const std::vector<float>& dist,
@@ -200,7 +228,9 @@ int OrderRuleAndSetDefault(RuleSet& ruleSet, const DataSet& data, const std::vec
   std::vector<int> setAside;  // chosen since the last placement but too inaccurate
   int p = 0;
   while (p < ruleSet.NumOfRules) {
-    if (!ChooseRow(ruleSet, cases, table, choice, p, &tally)) break;
+    const int chosen = settings.ByErrorRate ? ChooseRowByErrorRate(ruleSet, cases, table, choice, p, tally)
+                                                : ChooseRow(ruleSet, cases, table, choice, p, &tally);
+    if (!chosen) break;
     const long double accuracy =
         choice->Wrong == 0 ? 1.0L
                            : static_cast<long double>(choice->Right) / (choice->Right + choice->Wrong);
