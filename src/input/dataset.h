@@ -5,6 +5,7 @@
 #include <deque>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 // One item: the attribute and value it codes.
@@ -26,7 +27,7 @@ class ValueTable {
  public:
   void Insert(const std::string& name, int code);
   // The code of the name, or 0 when the attribute does not declare it.
-  int Find(const std::string& name) const;
+  int Find(std::string_view name) const;
 
  private:
   struct Entry {
@@ -34,7 +35,7 @@ class ValueTable {
     int code;
     unsigned hash;
   };
-  static unsigned Hash(const std::string& name);
+  static unsigned Hash(std::string_view name);
   void Grow();
   std::vector<unsigned> slots_;  // entry index + 1; 0 marks a free slot
   std::vector<Entry> entries_;

@@ -1,22 +1,44 @@
 // The names and data file readers and the tokenizer they share.
 #pragma once
 
+#include <cstddef>
 #include <cstdio>
+#include <memory>
 #include <string>
+#include <string_view>
 
 #include "base/status.h"
 #include "input/dataset.h"
 
+// The size of the blocks a names or data file is read in.
+constexpr std::size_t kReadBlockSize = 64 * 1024;
+
 // A file being read name by name, and what ended the last name: a comma,
-// colon, line end, blank or tab; 0xFF at the end of the file.
+// colon, line end, blank or tab; 0xFF at the end of the file. The file is
+// read in blocks of BlockSize bytes (allocated at the first read); nothing
+// else should read from File meanwhile.
 struct NameReader {
-  std::FILE* File = nullptr;
-  unsigned char Delimiter = 0;
+  explicit NameReader(std::FILE* file, unsigned char delimiter = 0, std::size_t blockSize = kReadBlockSize)
+      : File(file), Delimiter(delimiter), BlockSize(blockSize ? blockSize : 1) {}
+
+  std::FILE* File;
+  unsigned char Delimiter;
+  std::size_t BlockSize;
+  // The block read last, and the part of it not yet taken.
+  std::unique_ptr<char[]> Block;
+  const char* Next = nullptr;
+  const char* End = nullptr;
+  bool Exhausted = false;  // a read found the end of the file (or failed)
 };
 
 // Reads the next name into name. Returns 1 when a name was read (possibly
 // empty), 0 at end of file (Delimiter 0xFF).
 int ReadName(NameReader& in, std::string& name);
+// ReadName without a copy where it can: name shows the name where it lies in
+// the block read, or in text when it had to be assembled (escapes, blanks,
+// periods, comments or a block boundary inside it). name stays valid until
+// the next read or a change of text.
+int ReadNameView(NameReader& in, std::string& text, std::string_view& name);
 
 // The input errors of one reading: where their reports go and how many were
 // reported; the eleventh ends the reading.

@@ -1,11 +1,27 @@
 // The item coding tables and the coded data space.
 #include <algorithm>
 #include <cmath>
+#include <cstring>
 
 #include "base/numbers.h"
 #include "input/dataset.h"
 
-unsigned ValueTable::Hash(const std::string& name) {
+namespace {
+
+// Equality of two texts; values are mostly a few characters long, compared
+// here without a library call.
+inline bool SameText(const std::string& stored, std::string_view name) {
+  const size_t n = name.size();
+  if (stored.size() != n) return false;
+  if (n > 16) return std::memcmp(stored.data(), name.data(), n) == 0;
+  for (size_t i = 0; i < n; ++i)
+    if (stored[i] != name[i]) return false;
+  return true;
+}
+
+}  // namespace
+
+unsigned ValueTable::Hash(std::string_view name) {
   unsigned h = 2166136261u;
   for (unsigned char c : name) h = (h ^ c) * 16777619u;
   return h;
@@ -31,13 +47,13 @@ void ValueTable::Insert(const std::string& name, int code) {
   slots_[at] = static_cast<unsigned>(entries_.size());
 }
 
-int ValueTable::Find(const std::string& name) const {
+int ValueTable::Find(std::string_view name) const {
   if (slots_.empty()) return 0;
   const unsigned hash = Hash(name);
   const size_t mask = slots_.size() - 1;
   for (size_t at = hash & mask; slots_[at]; at = (at + 1) & mask) {
     const Entry& e = entries_[slots_[at] - 1];
-    if (e.hash == hash && e.name == name) return e.code;
+    if (e.hash == hash && SameText(e.name, name)) return e.code;
   }
   return 0;
 }
