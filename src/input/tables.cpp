@@ -24,6 +24,12 @@ inline bool SameText(const std::string& stored, std::string_view name) {
 unsigned ValueTable::Hash(std::string_view name) {
   unsigned h = 2166136261u;
   for (unsigned char c : name) h = (h ^ c) * 16777619u;
+  // The low bits of FNV-1a depend only on the low bits of the characters
+  // ('c' and 's' agree in their last four), and the slot is taken from the
+  // low bits: mix the high bits down.
+  h ^= h >> 15;
+  h *= 0x2c1b3c6du;
+  h ^= h >> 12;
   return h;
 }
 
