@@ -38,7 +38,44 @@ int ReadName(NameReader& in, std::string& name);
 // the block read, or in text when it had to be assembled (escapes, blanks,
 // periods, comments or a block boundary inside it). name stays valid until
 // the next read or a change of text.
-int ReadNameView(NameReader& in, std::string& text, std::string_view& name);
+inline int ReadNameView(NameReader& in, std::string& text, std::string_view& name);
+// ReadNameView for every name; what the inline part does not take.
+int ReadNameAssembled(NameReader& in, std::string& text, std::string_view& name);
+
+namespace name_characters {
+// 1: stored as it comes; 2: a comma, colon or line end, which ends a name;
+// 0: a character that needs a closer look (a blank, '|', '.', '\\').
+struct Classes {
+  unsigned char of[256] = {};
+  constexpr Classes() {
+    for (int c = 0; c < 256; ++c) of[c] = 1;
+    for (unsigned char c : {' ', '|', '.', '\\'}) of[c] = 0;
+    for (unsigned char c : {',', ':', '\n'}) of[c] = 2;
+  }
+};
+inline constexpr Classes kClasses;
+}  // namespace name_characters
+
+inline int ReadNameView(NameReader& in, std::string& text, std::string_view& name) {
+  // Most names are a run of stored characters ended by a comma, colon or
+  // line end within the block: they are taken where they lie. The run
+  // starts with a character other than a tab (a leading blank) and holds no
+  // blank but tabs, which end no name but are trimmed from its end.
+  const unsigned char* const classes = name_characters::kClasses.of;
+  const char* from = in.Next;
+  if (from != in.End && classes[static_cast<unsigned char>(*from)] == 1 && *from != '\t') {
+    const char* to = from + 1;
+    while (to != in.End && classes[static_cast<unsigned char>(*to)] == 1) ++to;
+    if (to != in.End && classes[static_cast<unsigned char>(*to)] == 2) {
+      in.Delimiter = static_cast<unsigned char>(*to);
+      in.Next = to + 1;
+      while (to - from > 1 && to[-1] == '\t') --to;
+      name = std::string_view(from, static_cast<size_t>(to - from));
+      return 1;
+    }
+  }
+  return ReadNameAssembled(in, text, name);
+}
 
 // The input errors of one reading: where their reports go and how many were
 // reported; the eleventh ends the reading.

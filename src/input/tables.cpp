@@ -1,37 +1,9 @@
 // The item coding tables and the coded data space.
 #include <algorithm>
 #include <cmath>
-#include <cstring>
 
 #include "base/numbers.h"
 #include "input/dataset.h"
-
-namespace {
-
-// Equality of two texts; values are mostly a few characters long, compared
-// here without a library call.
-inline bool SameText(const std::string& stored, std::string_view name) {
-  const size_t n = name.size();
-  if (stored.size() != n) return false;
-  if (n > 16) return std::memcmp(stored.data(), name.data(), n) == 0;
-  for (size_t i = 0; i < n; ++i)
-    if (stored[i] != name[i]) return false;
-  return true;
-}
-
-}  // namespace
-
-unsigned ValueTable::Hash(std::string_view name) {
-  unsigned h = 2166136261u;
-  for (unsigned char c : name) h = (h ^ c) * 16777619u;
-  // The low bits of FNV-1a depend only on the low bits of the characters
-  // ('c' and 's' agree in their last four), and the slot is taken from the
-  // low bits: mix the high bits down.
-  h ^= h >> 15;
-  h *= 0x2c1b3c6du;
-  h ^= h >> 12;
-  return h;
-}
 
 void ValueTable::Grow() {
   size_t size = slots_.empty() ? 16 : slots_.size() * 2;
@@ -51,17 +23,6 @@ void ValueTable::Insert(const std::string& name, int code) {
   size_t at = hash & (slots_.size() - 1);
   while (slots_[at]) at = (at + 1) & (slots_.size() - 1);
   slots_[at] = static_cast<unsigned>(entries_.size());
-}
-
-int ValueTable::Find(std::string_view name) const {
-  if (slots_.empty()) return 0;
-  const unsigned hash = Hash(name);
-  const size_t mask = slots_.size() - 1;
-  for (size_t at = hash & mask; slots_[at]; at = (at + 1) & mask) {
-    const Entry& e = entries_[slots_[at] - 1];
-    if (e.hash == hash && SameText(e.name, name)) return e.code;
-  }
-  return 0;
 }
 
 DataSet::DataSet() : Rows(std::make_shared<RowStore>()) {}

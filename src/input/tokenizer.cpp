@@ -68,7 +68,7 @@ inline void TakeOrdinaryRun(NameReader& in, std::string& name) {
 
 }  // namespace
 
-int ReadNameView(NameReader& in, std::string& text, std::string_view& name) {
+int ReadNameAssembled(NameReader& in, std::string& text, std::string_view& name) {
   int c;
   // Blanks and comments before the name.
   for (;;) {
@@ -82,21 +82,6 @@ int ReadNameView(NameReader& in, std::string& text, std::string_view& name) {
       continue;
     }
     if (!IsBlank(c)) break;
-  }
-
-  // Most names are a run of ordinary characters ended by a comma, a colon or
-  // a line end within the block: they are taken where they lie.
-  if (!kSpecial.table[c]) {
-    const char* from = in.Next - 1;
-    const char* to = in.Next;
-    while (to != in.End && !kSpecial.table[static_cast<unsigned char>(*to)]) ++to;
-    if (to != in.End && (*to == ',' || *to == ':' || *to == '\n')) {
-      in.Delimiter = static_cast<unsigned char>(*to);
-      in.Next = to + 1;
-      while (to - from > 1 && to[-1] == '\t') --to;  // the run holds no other blank
-      name = std::string_view(from, static_cast<size_t>(to - from));
-      return 1;
-    }
   }
 
   text.clear();
