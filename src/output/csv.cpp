@@ -5,6 +5,7 @@
 #include <cerrno>
 #include <charconv>
 #include <cmath>
+#include <cstdint>
 #include <cstdio>
 #include <cstring>
 #include <memory>
@@ -38,8 +39,7 @@ class LineBuffer {
     const double wide = value;
     if (std::isfinite(wide) && std::fabs(wide) < 1e30) {
       Room(48);
-      used_ = static_cast<size_t>(
-          std::to_chars(block_ + used_, block_ + kSize, wide, std::chars_format::fixed, 6).ptr - block_);
+      used_ = static_cast<size_t>(FormatFixed(block_ + used_, value) - block_);
     } else {
       // Infinities, NaN and huge values: printf itself, into the file.
       Flush();
@@ -92,6 +92,38 @@ class LineBuffer {
 };
 
 }  // namespace
+
+char* FormatFixed(char* out, float value) {
+  std::uint32_t bits;
+  std::memcpy(&bits, &value, sizeof bits);
+  const int biased = static_cast<int>((bits >> 23) & 0xFF);
+  // Beyond 2^24 (and infinities, NaN) the general conversion; 64 bytes hold
+  // any finite float with six decimals.
+  if (biased >= 127 + 24) return std::to_chars(out, out + 64, static_cast<double>(value), std::chars_format::fixed, 6).ptr;
+  // value = m * 2^-shift exactly, m below 2^24, shift from 0 to 149.
+  const std::uint64_t m = biased ? (bits & 0x7FFFFFu) | 0x800000u : bits & 0x7FFFFFu;
+  const int shift = biased ? 150 - biased : 149;
+  // Millionths, rounded to nearest with ties to even as printf rounds.
+  const std::uint64_t scaled = m * 1000000u;  // below 2^44
+  std::uint64_t millionths = 0;
+  if (shift == 0) {
+    millionths = scaled;
+  } else if (shift < 64) {
+    millionths = scaled >> shift;
+    const std::uint64_t rest = scaled & ((std::uint64_t{1} << shift) - 1);
+    const std::uint64_t half = std::uint64_t{1} << (shift - 1);
+    if (rest > half || (rest == half && (millionths & 1))) ++millionths;
+  }  // beyond: below half a millionth, 0
+  if (bits >> 31) *out++ = '-';
+  out = std::to_chars(out, out + 16, millionths / 1000000u).ptr;
+  *out++ = '.';
+  std::uint64_t fraction = millionths % 1000000u;
+  for (int i = 5; i >= 0; --i) {
+    out[i] = static_cast<char>('0' + fraction % 10);
+    fraction /= 10;
+  }
+  return out + 6;
+}
 
 float ChisquareTest(int a, int b, int c, int d, std::FILE* out) {
   const double A = a, B = b, C = c, D = d;
