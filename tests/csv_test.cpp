@@ -2,9 +2,12 @@
 // lift and leverage of every rule, the item names, and its failures.
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <string>
+#include <vector>
 
 #include "miner_fixture.h"
 #include "output/csv.h"
@@ -18,6 +21,31 @@ using testing_support::ReadFile;
 const std::string kHeader =
     "index, sup(Pc), sup(P[nC]), sup([nP]C), sup([nP][nC]), sup(P), sup[C], confdice, chi, lift, leverage, "
     "target, value, att1, value1, att2, value2, att3, value3, att4, value4, att5, value5, att6, value 6\n";
+
+// The numbers of a rule line are formatted without printf: they must read
+// exactly as "%f" prints them, the rounding of halves (ties to even on the
+// exact binary value) and the sign of negative values near 0 included.
+TEST(CsvNumbers, SixDecimalsAsPrintfWritesThem) {
+  std::vector<float> values = {0.0f, -0.0f, 1.0f, 0.5f, 1e-45f, 4.9e-7f, 5e-7f, -5e-7f, 16777215.0f, 16777216.0f,
+                               3.4e38f, -1e30f, 10000.0f, 0.8f, 0.999999f};
+  for (int k = 0; k < 4096; ++k)
+    for (int shift = 7; shift <= 26; ++shift) values.push_back(std::ldexp(static_cast<float>(k), -shift));  // halves
+  unsigned state = 12345;
+  for (int i = 0; i < 200000; ++i) {
+    state = state * 1103515245u + 12345u;
+    const unsigned bits = (state >> 1) ^ (static_cast<unsigned>(i) << 31);
+    float value;
+    std::memcpy(&value, &bits, sizeof value);
+    if (std::isfinite(value)) values.push_back(value);
+    values.push_back(static_cast<float>(state % 20000001) / 1000000.0f - 10.0f);
+  }
+  for (float value : values) {
+    char expected[80], got[80];
+    std::snprintf(expected, sizeof expected, "%f", static_cast<double>(value));
+    *FormatFixed(got, value) = '\0';
+    ASSERT_STREQ(got, expected) << std::hexfloat << value;
+  }
+}
 
 TEST(ChiSquare, PearsonStatisticOfATwoByTwoTable) {
   testing_support::OutputBuffer out;

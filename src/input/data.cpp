@@ -1,7 +1,9 @@
 // The data file reader: a stream of fields, every MaxAtt fields one case.
+#include <algorithm>
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
+#include <memory>
 
 #include "base/files.h"
 #include "input/readers.h"
@@ -58,8 +60,88 @@ Status ReadData(DataSet& data, const std::string& extension, InputErrors& errors
   return Status();
 }
 
+namespace {
+
+// Hands out the coded rows of a data set being read, in blocks: small ones
+// first, so that a small file takes little memory, then blocks of
+// kRowsPerBlock rows.
+class CodedRows {
+ public:
+  explicit CodedRows(DataSet& data) : data_(data), width_(static_cast<size_t>(data.RealAtt) + 1) {}
+
+  // A zero-filled row for the next case (its last column stays 0).
+  short* Next() {
+    if (free_ == 0) {
+      rows_ = rows_ == 0 ? 64 : std::min(rows_ * 2, kRowsPerBlock);
+      // Owned before the list grows, so that a failed growth frees it.
+      std::unique_ptr<short[]> block(new short[width_ * rows_]());
+      data_.Rows->DataBlocks.push_back(std::move(block));
+      next_ = data_.Rows->DataBlocks.back().get();
+      free_ = rows_;
+    }
+    short* row = next_;
+    next_ += width_;
+    --free_;
+    return row;
+  }
+
+ private:
+  DataSet& data_;
+  const size_t width_;
+  size_t rows_ = 0;  // rows of the last block
+  size_t free_ = 0;  // rows of it not handed out
+  short* next_ = nullptr;
+};
+
+}  // namespace
+
 Status GetData(DataSet& data, const std::string& extension, InputErrors& errors) {
-  RETURN_IF_FAILED(ReadData(data, extension, errors));
-  ConvertDataSpace(data);
+  for (unsigned char status : data.SpecialStatus) {
+    if (status == 3) {
+      // Continuous columns hold numbers: read them raw, then code them.
+      RETURN_IF_FAILED(ReadData(data, extension, errors));
+      ConvertDataSpace(data);
+      return Status();
+    }
+  }
+
+  // Every field is a value name: its item code goes straight into the row.
+  const std::string fileName = data.FileName + extension;
+  std::FILE* f = XFopen(fileName, "r");
+  if (!f) return Error(errors, 0, fileName, "");
+  FileCloser closer{f};
+  NameReader in{f, 0};
+
+  ReleaseRawRows(data);
+  data.MaxData = 0;
+  data.DataSpace.clear();
+  data.Rows->DataBlocks.clear();
+  CodedRows rows(data);
+  const size_t tables = data.AttLookup.size();
+  short* row = nullptr;  // the row of the case being read
+  int field = 0;         // declared index of the field within its case
+  int column = 0;        // real index of its column
+  std::string text;
+  std::string_view value;
+  while (ReadNameView(in, text, value)) {
+    if (data.SpecialStatus[field] == 1) {
+      ++field;  // ignored: nothing stored, the column stays
+      continue;
+    }
+    if (!row) row = rows.Next();
+    // An attribute without a table declares no value: every field is unknown.
+    row[column] = static_cast<short>(static_cast<size_t>(field) < tables ? data.AttLookup[field].Find(value) : 0);
+    if (++field < data.MaxAtt) {
+      ++column;
+      continue;
+    }
+    // The case is complete.
+    data.DataSpace.push_back(row);
+    ++data.MaxData;
+    row = nullptr;
+    field = 0;
+    column = 0;
+  }
+  // A row begun for fields that complete no case stays unused.
   return Status();
 }

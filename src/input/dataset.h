@@ -2,9 +2,11 @@
 // a data file coded as rows of item codes.
 #pragma once
 
+#include <cstring>
 #include <deque>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 // One item: the attribute and value it codes.
@@ -21,12 +23,22 @@ struct AttCodeEntry {
 };
 
 // Value name -> item code of one attribute: open addressing over FNV-1a
-// hashes; the first declaration of a name wins.
+// hashes; the first declaration of a name wins. Find is inline: the data
+// reader calls it once per field.
 class ValueTable {
  public:
   void Insert(const std::string& name, int code);
   // The code of the name, or 0 when the attribute does not declare it.
-  int Find(const std::string& name) const;
+  int Find(std::string_view name) const {
+    if (slots_.empty()) return 0;
+    const unsigned hash = Hash(name);
+    const size_t mask = slots_.size() - 1;
+    for (size_t at = hash & mask; slots_[at]; at = (at + 1) & mask) {
+      const Entry& e = entries_[slots_[at] - 1];
+      if (e.hash == hash && SameText(e.name, name)) return e.code;
+    }
+    return 0;
+  }
 
  private:
   struct Entry {
@@ -34,7 +46,27 @@ class ValueTable {
     int code;
     unsigned hash;
   };
-  static unsigned Hash(const std::string& name);
+  static unsigned Hash(std::string_view name) {
+    unsigned h = 2166136261u;
+    for (unsigned char c : name) h = (h ^ c) * 16777619u;
+    // The low bits of FNV-1a depend only on the low bits of the characters
+    // ('c' and 's' agree in their last four), and the slot is taken from the
+    // low bits: mix the high bits down.
+    h ^= h >> 15;
+    h *= 0x2c1b3c6du;
+    h ^= h >> 12;
+    return h;
+  }
+  // Values are mostly a few characters long: compared without a library
+  // call.
+  static bool SameText(const std::string& stored, std::string_view name) {
+    const size_t n = name.size();
+    if (stored.size() != n) return false;
+    if (n > 16) return std::memcmp(stored.data(), name.data(), n) == 0;
+    for (size_t i = 0; i < n; ++i)
+      if (stored[i] != name[i]) return false;
+    return true;
+  }
   void Grow();
   std::vector<unsigned> slots_;  // entry index + 1; 0 marks a free slot
   std::vector<Entry> entries_;

@@ -5,12 +5,6 @@
 #include "base/numbers.h"
 #include "input/dataset.h"
 
-unsigned ValueTable::Hash(const std::string& name) {
-  unsigned h = 2166136261u;
-  for (unsigned char c : name) h = (h ^ c) * 16777619u;
-  return h;
-}
-
 void ValueTable::Grow() {
   size_t size = slots_.empty() ? 16 : slots_.size() * 2;
   slots_.assign(size, 0);
@@ -29,17 +23,6 @@ void ValueTable::Insert(const std::string& name, int code) {
   size_t at = hash & (slots_.size() - 1);
   while (slots_[at]) at = (at + 1) & (slots_.size() - 1);
   slots_[at] = static_cast<unsigned>(entries_.size());
-}
-
-int ValueTable::Find(const std::string& name) const {
-  if (slots_.empty()) return 0;
-  const unsigned hash = Hash(name);
-  const size_t mask = slots_.size() - 1;
-  for (size_t at = hash & mask; slots_[at]; at = (at + 1) & mask) {
-    const Entry& e = entries_[slots_[at] - 1];
-    if (e.hash == hash && e.name == name) return e.code;
-  }
-  return 0;
 }
 
 DataSet::DataSet() : Rows(std::make_shared<RowStore>()) {}

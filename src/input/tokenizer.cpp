@@ -1,17 +1,47 @@
 // The tokenizer shared by the names and data files, and input error reports.
 #include <cstdio>
+#include <cstring>
 
 #include "input/readers.h"
 
 namespace {
 
 constexpr unsigned char kEndOfFile = 0xFF;
+constexpr int kEnd = -1;  // what Take gives at the end of the file
+
+// Reads the next block; false at the end of the file or on a read error,
+// which ends the reading for good.
+bool Refill(NameReader& in) {
+  if (in.Exhausted) return false;
+  if (!in.Block) in.Block.reset(new char[in.BlockSize]);
+  const std::size_t got = std::fread(in.Block.get(), 1, in.BlockSize, in.File);
+  if (got == 0) {
+    in.Exhausted = true;
+    in.Next = in.End = nullptr;
+    return false;
+  }
+  in.Next = in.Block.get();
+  in.End = in.Next + got;
+  return true;
+}
+
+// The next character as an unsigned char, or kEnd.
+inline int Take(NameReader& in) {
+  if (in.Next == in.End && !Refill(in)) return kEnd;
+  return static_cast<unsigned char>(*in.Next++);
+}
 
 // Skips the rest of a comment line, the line end included.
-void SkipLine(std::FILE* f) {
-  int c;
-  do c = getc_unlocked(f);
-  while (c != '\n' && c != EOF);
+void SkipLine(NameReader& in) {
+  for (;;) {
+    if (in.Next == in.End && !Refill(in)) return;
+    const void* lineEnd = std::memchr(in.Next, '\n', static_cast<std::size_t>(in.End - in.Next));
+    if (lineEnd) {
+      in.Next = static_cast<const char*>(lineEnd) + 1;
+      return;
+    }
+    in.Next = in.End;
+  }
 }
 
 bool IsBlank(int c) { return c == ' ' || c == '\t' || c == '\n'; }
@@ -26,32 +56,41 @@ struct SpecialCharacters {
 };
 constexpr SpecialCharacters kSpecial;
 
+// Appends c, taken last from the block, and the run of ordinary characters
+// after it in the block; the block is left at the first one not appended.
+inline void TakeOrdinaryRun(NameReader& in, std::string& name) {
+  const char* from = in.Next - 1;
+  const char* to = in.Next;
+  while (to != in.End && !kSpecial.table[static_cast<unsigned char>(*to)]) ++to;
+  name.append(from, to);
+  in.Next = to;
+}
+
 }  // namespace
 
-int ReadName(NameReader& in, std::string& name) {
-  std::FILE* f = in.File;
+int ReadNameAssembled(NameReader& in, std::string& text, std::string_view& name) {
   int c;
   // Blanks and comments before the name.
   for (;;) {
-    c = getc_unlocked(f);
-    if (c == EOF) {
+    c = Take(in);
+    if (c == kEnd) {
       in.Delimiter = kEndOfFile;
       return 0;
     }
     if (c == '|') {
-      SkipLine(f);
+      SkipLine(in);
       continue;
     }
     if (!IsBlank(c)) break;
   }
 
-  name.clear();
-  for (;; c = getc_unlocked(f)) {
-    if (c != EOF && !kSpecial.table[c]) {
-      name.push_back(static_cast<char>(c));
+  text.clear();
+  for (;; c = Take(in)) {
+    if (c != kEnd && !kSpecial.table[c]) {
+      TakeOrdinaryRun(in, text);
       continue;
     }
-    if (c == EOF) {
+    if (c == kEnd) {
       in.Delimiter = kEndOfFile;
       break;
     }
@@ -60,46 +99,54 @@ int ReadName(NameReader& in, std::string& name) {
       break;
     }
     if (c == '|') {
-      SkipLine(f);
+      SkipLine(in);
       in.Delimiter = '\n';
       break;
     }
     if (c == '.') {
-      int next = getc_unlocked(f);
+      const int next = Take(in);
       if (next == ' ' || next == '\n' || next == '\t') {
         in.Delimiter = static_cast<unsigned char>(next);
         break;
       }
       if (next == '|') {
-        SkipLine(f);
+        SkipLine(in);
         in.Delimiter = '\n';
         break;
       }
-      if (next == EOF) {
+      if (next == kEnd) {
         in.Delimiter = kEndOfFile;
         break;
       }
-      name.push_back('.');
-      name.push_back(static_cast<char>(next));
+      text.push_back('.');
+      text.push_back(static_cast<char>(next));
       continue;
     }
     if (c == '\\') {
-      name.push_back('\\');
-      int next = getc_unlocked(f);
-      if (next == EOF) {
+      text.push_back('\\');
+      const int next = Take(in);
+      if (next == kEnd) {
         in.Delimiter = kEndOfFile;
         break;
       }
-      name.push_back(static_cast<char>(next));
+      text.push_back(static_cast<char>(next));
       continue;
     }
-    if (c == ' ' && !name.empty() && name.back() == ' ') continue;  // a run of blanks is one blank
-    name.push_back(static_cast<char>(c));
+    if (c == ' ' && !text.empty() && text.back() == ' ') continue;  // a run of blanks is one blank
+    text.push_back(static_cast<char>(c));
   }
 
-  size_t keep = name.size();
-  while (keep > 1 && IsBlank(static_cast<unsigned char>(name[keep - 1]))) --keep;
-  name.resize(keep);
+  size_t keep = text.size();
+  while (keep > 1 && IsBlank(static_cast<unsigned char>(text[keep - 1]))) --keep;
+  text.resize(keep);
+  name = text;
+  return 1;
+}
+
+int ReadName(NameReader& in, std::string& name) {
+  std::string_view view;
+  if (!ReadNameView(in, name, view)) return 0;
+  if (view.data() != name.data()) name.assign(view.data(), view.size());
   return 1;
 }
 

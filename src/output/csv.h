@@ -16,6 +16,10 @@
 // and the reason, exit status 1. Console lines go to out.
 Status Write2CSVfile(const std::string& fileName, float support, float minConf, const RuleSet& rules,
                      const DataSet& data, std::FILE* out);
+// Writes value as printf's "%f" shows it (six decimals, the exact binary
+// value rounded to nearest, ties to even) at out, and gives the end. out has
+// room for 64 characters; value is finite.
+char* FormatFixed(char* out, float value);
 // Pearson's chi-square of the 2x2 table; 10000 (with an "exit" line on out)
 // when a margin or the table is empty.
 float ChisquareTest(int a, int b, int c, int d, std::FILE* out);
