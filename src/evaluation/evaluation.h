@@ -124,8 +124,8 @@ struct ClassifierSettings {
   int Coverage = 0;          // 0: the ordering; N: database coverage, a case counting until N kept rules cover it
   bool CutOff = true;        // keep the prefix of the classifier with the fewest estimated errors
   bool MajorityGuard = true;  // fall back on the majority class when the rules promise no better
-  int GuardCases = 1000;
-  bool ByErrorRate = true;   // the ordering's choice: see OrderSettings     // the guard's inner cross-validation runs on at most this many cases
+  int GuardCases = 1000;      // the guard's inner cross-validation runs on at most this many cases
+  bool ByErrorRate = true;   // the ordering's choice: see OrderSettings
 };
 
 // The majority guard: on a training set of at most settings.GuardCases
