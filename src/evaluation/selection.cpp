@@ -6,6 +6,7 @@
 #include <cmath>
 #include <vector>
 
+#include "evaluation/class_votes.h"
 #include "evaluation/evaluation.h"
 
 namespace {
@@ -135,39 +136,19 @@ void CoverCases(RuleSet& rules, const DataSet& data, int delta) {
 }
 
 Prediction PredictChiSquare(const RuleSet& rules, const DataSet& data, const short* row, int trainingCases) {
-  const int classes = std::max(data.MaxClass, 0);
-  std::vector<double> weight(static_cast<size_t>(classes), 0.0);
-  std::vector<const RuleRecord*> first(static_cast<size_t>(classes), nullptr);
-  std::vector<int> firstPosition(static_cast<size_t>(classes), 0);
+  ClassVotes votes(data.MaxClass);
   int position = 0;
   for (const RuleRecord* r = rules.First; r; r = r->Next) {
     ++position;
-    if (r->Target < 0 || r->Target >= classes) continue;
+    if (r->Target < 0 || r->Target >= votes.Classes()) continue;
     if (MatchTest(row, r, data.RealAtt) < 0) continue;
-    const size_t c = static_cast<size_t>(r->Target);
     const double chi = RuleChiSquare(*r, trainingCases);
     const double most = RuleMaxChiSquare(*r, trainingCases);
     // A rule whose table allows no association weighs nothing but still
     // names its class.
-    weight[c] += most > 0 ? chi * chi / most : 0.0;
-    if (!first[c]) {
-      first[c] = r;
-      firstPosition[c] = position;
-    }
+    votes.Add(r, position, most > 0 ? chi * chi / most : 0.0);
   }
-  Prediction p;
-  for (int c = 0; c < classes; ++c) {
-    const size_t k = static_cast<size_t>(c);
-    if (!first[k]) continue;
-    const bool better = p.Class < 0 || weight[k] > weight[static_cast<size_t>(p.Class)] ||
-                        (weight[k] == weight[static_cast<size_t>(p.Class)] && firstPosition[k] < p.Position);
-    if (!better) continue;
-    p.Class = c;
-    p.Rule = first[k];
-    p.Position = firstPosition[k];
-  }
-  if (p.Class < 0) p.Class = rules.DefaultClass;
-  return p;
+  return votes.Winner(rules.DefaultClass);
 }
 
 Prediction Decide(const RuleSet& rules, const DataSet& data, const short* row, Decision decision,

@@ -3,6 +3,7 @@
 #include <cstdio>
 #include <vector>
 
+#include "evaluation/class_votes.h"
 #include "evaluation/evaluation.h"
 
 Prediction PredictFirst(const RuleSet& rules, const DataSet& data, const short* row) {
@@ -21,39 +22,18 @@ Prediction PredictFirst(const RuleSet& rules, const DataSet& data, const short* 
 }
 
 Prediction PredictVote(const RuleSet& rules, const DataSet& data, const short* row, const VoteSettings& settings) {
-  const int classes = data.MaxClass > 0 ? data.MaxClass : 0;
-  std::vector<double> weight(static_cast<size_t>(classes), 0.0);
-  // The earliest voter of each class, and its place.
-  std::vector<const RuleRecord*> first(static_cast<size_t>(classes), nullptr);
-  std::vector<int> firstPosition(static_cast<size_t>(classes), 0);
+  ClassVotes votes(data.MaxClass);
   int voters = 0;
   int position = 0;
   for (const RuleRecord* r = rules.First; r && voters < settings.Voters; r = r->Next) {
     ++position;
     if (MatchTest(row, r, data.RealAtt) < 0) continue;
     ++voters;
-    if (r->Target < 0 || r->Target >= classes) continue;
-    const size_t c = static_cast<size_t>(r->Target);
-    weight[c] += static_cast<double>(r->Score);
-    if (!first[c]) {
-      first[c] = r;
-      firstPosition[c] = position;
-    }
-  }
-  Prediction p;
-  for (int c = 0; c < classes; ++c) {
-    const size_t k = static_cast<size_t>(c);
-    if (!first[k]) continue;
-    const bool better = p.Class < 0 || weight[k] > weight[static_cast<size_t>(p.Class)] ||
-                        (weight[k] == weight[static_cast<size_t>(p.Class)] && firstPosition[k] < p.Position);
-    if (!better) continue;
-    p.Class = c;
-    p.Rule = first[k];
-    p.Position = firstPosition[k];
+    if (r->Target < 0 || r->Target >= votes.Classes()) continue;
+    votes.Add(r, position, static_cast<double>(r->Score));
   }
   // Covered only by rules whose votes do not count, or by none: the default.
-  if (p.Class < 0) p.Class = rules.DefaultClass;
-  return p;
+  return votes.Winner(rules.DefaultClass);
 }
 
 int TestVote(RuleSet& rules, const DataSet& data, const VoteSettings& settings, std::FILE* out) {
