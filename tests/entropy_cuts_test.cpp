@@ -199,4 +199,71 @@ TEST(EntropyCutIntervals, AgreeWithTheUnmergedCutter) {
   }
 }
 
+// Class A below x = 10; above it y parts B (y < 7) from C. y alone parts
+// nothing as well as x does, so the tree cuts x first and y only inside the
+// upper region, where its cut lies between the B and C values.
+TEST(TreeCuts, CutInsideTheRegionAnotherAttributeMarksOut) {
+  std::vector<std::vector<float>> columns(2);
+  std::vector<int> classes;
+  for (int i = 0; i < 20; ++i) {
+    const float y = static_cast<float>(i % 10);
+    // Above 10, x runs through the upper values in an order unrelated to y.
+    columns[0].push_back(static_cast<float>(i < 10 ? i : 10 + (3 * i) % 10));
+    columns[1].push_back(y);
+    classes.push_back(i < 10 ? 0 : (y < 7 ? 1 : 2));
+  }
+  EXPECT_EQ(TreeCutPoints(columns, classes, 3), (std::vector<std::vector<double>>{{9.5}, {6.5}}));
+
+  // The same cases in another order give the same cuts.
+  std::vector<size_t> order(classes.size());
+  for (size_t i = 0; i < order.size(); ++i) order[i] = i;
+  std::shuffle(order.begin(), order.end(), std::mt19937(5));
+  std::vector<std::vector<float>> shuffled(2);
+  std::vector<int> shuffledClasses;
+  for (size_t i : order) {
+    shuffled[0].push_back(columns[0][i]);
+    shuffled[1].push_back(columns[1][i]);
+    shuffledClasses.push_back(classes[i]);
+  }
+  EXPECT_EQ(TreeCutPoints(shuffled, shuffledClasses, 3), (std::vector<std::vector<double>>{{9.5}, {6.5}}));
+
+  // An unknown y follows the larger part and a case of no class takes no
+  // part: neither moves a cut.
+  columns[0].push_back(15);
+  columns[1].push_back(std::numeric_limits<float>::quiet_NaN());
+  classes.push_back(2);
+  columns[0].push_back(3);
+  columns[1].push_back(8);
+  classes.push_back(-1);
+  EXPECT_EQ(TreeCutPoints(columns, classes, 3), (std::vector<std::vector<double>>{{9.5}, {6.5}}));
+}
+
+TEST(TreeCuts, NoCutForTooFewCasesOnASideOrASplitThatDoesNotPay) {
+  // Two cases of B above ten of A: a cut would leave two on one side.
+  std::vector<std::vector<float>> columns(1);
+  std::vector<int> classes;
+  for (int i = 0; i < 12; ++i) {
+    columns[0].push_back(static_cast<float>(i));
+    classes.push_back(i < 10 ? 0 : 1);
+  }
+  EXPECT_EQ(TreeCutPoints(columns, classes, 2), (std::vector<std::vector<double>>{{}}));
+  // Three are enough.
+  columns[0].push_back(12);
+  classes.push_back(1);
+  EXPECT_EQ(TreeCutPoints(columns, classes, 2), (std::vector<std::vector<double>>{{9.5}}));
+
+  // Three cases of B scattered among seventeen of A: every part keeps an
+  // exception, so no subtree is pessimistically better than one leaf.
+  std::vector<std::vector<float>> noisy(1);
+  std::vector<int> noisyClasses;
+  for (int i = 0; i < 20; ++i) {
+    noisy[0].push_back(static_cast<float>(i));
+    noisyClasses.push_back(i == 3 || i == 11 || i == 17 ? 1 : 0);
+  }
+  EXPECT_EQ(TreeCutPoints(noisy, noisyClasses, 2), (std::vector<std::vector<double>>{{}}));
+  // One class, or no attribute, gives nothing.
+  EXPECT_EQ(TreeCutPoints(noisy, noisyClasses, 1), (std::vector<std::vector<double>>{{}}));
+  EXPECT_TRUE(TreeCutPoints({}, noisyClasses, 2).empty());
+}
+
 }  // namespace

@@ -78,6 +78,18 @@ TEST_F(FoldCoding, CutsComeFromTheTrainingCasesOnly) {
   all.push_back(11);
   const std::vector<CutAttribute> leaked = LearnEntropyCuts(data, all);
   EXPECT_NE(leaked[0].Intervals.back().High, cuts[0].Intervals.back().High);
+
+  // The tree's cuts, too, see the training cases only.
+  const std::vector<CutAttribute> tree = LearnEntropyCuts(data, Training(), CutPlacement::kInTree);
+  ReadRaw(kNames, Cases("low"));
+  const std::vector<CutAttribute> treeAgain = LearnEntropyCuts(data, Training(), CutPlacement::kInTree);
+  ASSERT_EQ(tree.size(), 1u);
+  ASSERT_EQ(tree[0].Intervals.size(), treeAgain[0].Intervals.size());
+  ASSERT_GE(tree[0].Intervals.size(), 2u);
+  for (size_t j = 0; j < tree[0].Intervals.size(); ++j) {
+    EXPECT_EQ(tree[0].Intervals[j].Low, treeAgain[0].Intervals[j].Low);
+    EXPECT_EQ(tree[0].Intervals[j].High, treeAgain[0].Intervals[j].High);
+  }
 }
 
 TEST_F(FoldCoding, CodedTablesReadLikeTheWrittenPair) {

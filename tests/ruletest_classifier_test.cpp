@@ -40,6 +40,31 @@ TEST_F(ClassifierPrep, ClassItemsBecomeClassIndexesAndOtherTargetsGo) {
   EXPECT_EQ(rules.Last->Target, 0);
 }
 
+// Items 1-2 and 3-4 are two attributes' values, 5-6 the class values.
+TEST_F(ClassifierPrep, OneItemRulesWithExceptionsAreAddedAtTheirThresholds) {
+  data.MaxItem = 6;
+  SetCases({{1, 3, 5}, {1, 3, 5}, {1, 4, 5}, {1, 4, 6}, {2, 3, 6}, {2, 4, 6}}, {0, 0, 0, 1, 1, 1}, 2);
+  AddOneItemClassRules(rules, data, 2, 0.5f);
+  // Item 2 is always class 1: a perfect rule, which the miner finds itself.
+  std::vector<std::vector<float>> got;
+  for (const RuleRecord* r : RulesOf(rules))
+    got.push_back({static_cast<float>(r->Len), static_cast<float>(r->Antecedent[0]), static_cast<float>(r->Target),
+                   static_cast<float>(r->Supp), static_cast<float>(r->AntSupp), static_cast<float>(r->TargetSupp),
+                   r->Conf});
+  EXPECT_EQ(got, (std::vector<std::vector<float>>{{1, 1, 0, 3, 4, 3, 0.75f},
+                                                  {1, 3, 0, 2, 3, 3, static_cast<float>(2.0 / 3)},
+                                                  {1, 4, 1, 2, 3, 3, static_cast<float>(2.0 / 3)}}));
+
+  // Lower thresholds let the rules right on one case in three or four in.
+  RuleSet more;
+  AddOneItemClassRules(more, data, 1, 0.25f);
+  EXPECT_EQ(RulesOf(more).size(), 6u);
+  // A minimum support of 0 still asks for one case.
+  RuleSet none;
+  AddOneItemClassRules(none, data, 0, 0.9f);
+  EXPECT_EQ(RulesOf(none).size(), 0u);
+}
+
 TEST_F(ClassifierPrep, MisfitNamesTheFirstRuleTheNamesFileCannotHold) {
   data.MaxItem = 6;  // values 1-4, classes 0-1
   data.MaxClass = 2;
@@ -61,8 +86,7 @@ TEST_F(ClassifierPrep, MisfitNamesTheFirstRuleTheNamesFileCannotHold) {
 }
 
 // The training run of the classify fixtures (--order errors --cutoff off
-// --guard off),
-// in-process: the layer reports, the classifier and its test on the
+// --guard off --one-item off), in-process: the layer reports, the classifier and its test on the
 // training cases.
 TEST_F(ClassifierPrep, ToyClassifierIsBuiltPrintedAndTestedAsTheProgramDoes) {
   const std::string fixtures = std::string(SOURCE_DIR) + "/tests/fixtures/classify/";
@@ -74,6 +98,7 @@ TEST_F(ClassifierPrep, ToyClassifierIsBuiltPrintedAndTestedAsTheProgramDoes) {
   settings.ByErrorRate = false;
   settings.CutOff = false;
   settings.MajorityGuard = false;
+  settings.OneItemRules = false;
   RuleSet built = BuildClassifier(data, settings, file,
                                   [file](int layer, const MinedRules& run) { PrintLayerReport(layer, run, file); });
   PrintClassifier(built, data, file);

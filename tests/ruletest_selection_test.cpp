@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "base/numbers.h"
 #include "evaluation/evaluation.h"
 #include "miner_fixture.h"
 

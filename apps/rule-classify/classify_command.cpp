@@ -68,11 +68,14 @@ const char kMiningOptions[] =
     "                 pessimistically estimated training errors (default on)\n"
     "  --guard on|off predict the majority class alone when a 5-fold cross-validation\n"
     "                 inside the training cases (up to 1000 of them) does not beat it\n"
-    "                 (default on)\n";
+    "                 (default on)\n"
+    "  --one-item on|off  also offer the ordering the rules of one antecedent item\n"
+    "                 that have exceptions, which the miner leaves out (default on)\n";
 
 const char kTrainUsage[] =
     "Usage: rule-classify train -f STEM [-s SUPPORT] [-c CONFIDENCE] [-l LAYERS] [-r 1|2] [-d]\n"
-    "                          [--order rate|errors] [--prune CHI2] [--cover N] [--cutoff on|off] [--guard on|off] -o RULEFILE\n"
+    "                          [--order rate|errors] [--prune CHI2] [--cover N] [--cutoff on|off] [--guard on|off]\n"
+    "                          [--one-item on|off] -o RULEFILE\n"
     "Mines STEM.names and STEM.data, orders the class rules into a first-match\n"
     "classifier with a default class, writes it to RULEFILE, prints it and its\n"
     "accuracy on the training cases. Continuous attributes are refused: cut them\n"
@@ -103,18 +106,22 @@ const char kPredictUsage[] =
     "  --vote         predict by the vote of the first five covering rules\n";
 
 const char kCvUsage[] =
-    "Usage: rule-classify cv -f STEM [-k FOLDS] [--seed N] [--predict first|chi2] [-s SUPPORT] [-c CONFIDENCE]\n"
-    "                       [-l LAYERS] [-r 1|2] [-d] [--order rate|errors]\n"
-    "                       [--prune CHI2] [--cover N] [--cutoff on|off] [--guard on|off]\n"
+    "Usage: rule-classify cv -f STEM [-k FOLDS] [--seed N] [--predict first|chi2] [--cuts tree|attribute]\n"
+    "                       [-s SUPPORT] [-c CONFIDENCE] [-l LAYERS] [-r 1|2] [-d] [--order rate|errors]\n"
+    "                       [--prune CHI2] [--cover N] [--cutoff on|off] [--guard on|off] [--one-item on|off]\n"
     "Cross-validates the classifier on STEM: the cases are dealt into FOLDS folds\n"
     "stratified by class; each fold is classified by rules mined from the others.\n"
-    "Continuous attributes are cut in every fold by class entropy (as rule-discretise\n"
-    "-m entropy) from its training cases only.\n"
+    "Continuous attributes are cut in every fold by class entropy from its training\n"
+    "cases only.\n"
     "  -f STEM        stem of the names and data files\n"
     "  -k FOLDS       number of folds, at least 2 (default 10)\n"
     "  --seed N       seed of the shuffle that deals the folds (default 1)\n"
     "  --predict first|chi2  classify a test case by its first covering rule\n"
-    "                 (default), or by the chi-square weight of all its covering rules\n";
+    "                 (default), or by the chi-square weight of all its covering rules\n"
+    "  --cuts tree|attribute  where continuous attributes are cut: at the cut points\n"
+    "                 of a pruned class-entropy tree over them all (default, as\n"
+    "                 rule-discretise -m tree), or each by its own values (as\n"
+    "                 rule-discretise -m entropy)\n";
 
 // Refuses input the command cannot work with; exit status 1.
 int Refuse(std::FILE* out, const std::string& command, const std::string& message) {
@@ -178,6 +185,10 @@ std::string MiningSettings(const CommandLine& line, ClassifierSettings& settings
     if (*v != "on" && *v != "off") return "--guard needs on or off, not '" + *v + "'";
     settings.MajorityGuard = *v == "on";
   }
+  if (const std::string* v = line.Value("--one-item")) {
+    if (*v != "on" && *v != "off") return "--one-item needs on or off, not '" + *v + "'";
+    settings.OneItemRules = *v == "on";
+  }
   return "";
 }
 
@@ -237,7 +248,7 @@ LayerReport PrintingReport(std::FILE* out) {
   return [out](int layer, const MinedRules& run) { PrintLayerReport(layer, run, out); };
 }
 
-const std::vector<std::string> kMiningFlags = {"-f", "-s", "-c", "-l", "-r", "--prune", "--cover", "--cutoff", "--guard", "--order"};
+const std::vector<std::string> kMiningFlags = {"-f", "-s", "-c", "-l", "-r", "--prune", "--cover", "--cutoff", "--guard", "--order", "--one-item"};
 
 // Reads the command line of a command that mines (train, cv): the mining
 // options, -d, and the command's own value flags. Returns the exit status
@@ -596,7 +607,7 @@ void RunFolds(int count, int threads, std::vector<FoldRun>& runs, Fold fold, std
 int CrossValidate(int argc, char** argv, std::FILE* out) {
   CommandLine line;
   ClassifierSettings settings;
-  const int ended = ReadMiningCommand(argc, argv, out, "cv", kCvUsage, {"-k", "--seed", "--predict"}, line, settings);
+  const int ended = ReadMiningCommand(argc, argv, out, "cv", kCvUsage, {"-k", "--seed", "--predict", "--cuts"}, line, settings);
   if (ended >= 0) return ended;
   Decision decision = Decision::kFirstMatch;
   const std::string badDecision = DecisionSetting(line, decision);
@@ -609,6 +620,11 @@ int CrossValidate(int argc, char** argv, std::FILE* out) {
   if (const std::string* n = line.Value("--seed"))
     if (!ParseWhole(*n, 0, (1LL << 62), seed))
       return UsageError(out, "cv", "--seed needs a non-negative whole number, not '" + *n + "'");
+  CutPlacement placement = CutPlacement::kInTree;
+  if (const std::string* v = line.Value("--cuts")) {
+    if (*v == "attribute") placement = CutPlacement::kPerAttribute;
+    else if (*v != "tree") return UsageError(out, "cv", "--cuts needs tree or attribute, not '" + *v + "'");
+  }
   const std::string stem = *line.Value("-f");
 
   // What reading the files prints (input errors of single cases) is printed
@@ -651,7 +667,7 @@ int CrossValidate(int argc, char** argv, std::FILE* out) {
           std::vector<int> training;
           for (int i = 0; i < data.MaxData; ++i)
             if (fold[static_cast<size_t>(i)] != f) training.push_back(i);
-          std::vector<CutAttribute> cuts = LearnEntropyCuts(data, training);
+          std::vector<CutAttribute> cuts = LearnEntropyCuts(data, training, placement);
           // An attribute the cuts leave in one interval tells the training
           // classes nothing; as an item of every case it would only stand in
           // the miner's way, so it is left out.

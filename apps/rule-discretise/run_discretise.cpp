@@ -21,15 +21,17 @@
 namespace {
 
 const char kUsage[] =
-    "Usage: rule-discretise -f STEM [-m merge|entropy] [-s FRACTION] -o OUTSTEM\n"
+    "Usage: rule-discretise -f STEM [-m merge|entropy|tree] [-s FRACTION] -o OUTSTEM\n"
     "Reads STEM.names and STEM.data, cuts every continuous attribute into intervals and\n"
     "writes the categorical pair OUTSTEM.names and OUTSTEM.data, which rule can mine.\n"
     "  -f STEM      stem of the input files\n"
     "  -m METHOD    merge: merge neighbouring values while an interval is too small (default);\n"
-    "               entropy: cut by class entropy with the minimum-description-length rule\n"
+    "               entropy: cut each attribute by class entropy with the minimum-description-\n"
+    "               length rule; tree: cut where a pruned class-entropy tree over all the\n"
+    "               continuous attributes splits them\n"
     "  -s FRACTION  minimum support as a fraction of the cases, from 0 to 1 (default 0.1):\n"
     "               with merge, an interval holding at most that many cases is merged with a\n"
-    "               neighbour; entropy does not use it\n"
+    "               neighbour; entropy and tree do not use it\n"
     "  -o OUTSTEM   stem of the output files; it must not name the input files\n"
     "  --help       show this text\n";
 
@@ -71,6 +73,9 @@ Status Discretise(const std::string& stem, float fraction, CutMethod method, con
   if (method == CutMethod::kEntropy)
     std::printf("Read %d cases of %d attributes from %s; the attributes are cut by class entropy\n", data.MaxData,
                 data.MaxAtt - 1, stem.c_str());
+  else if (method == CutMethod::kTree)
+    std::printf("Read %d cases of %d attributes from %s; the attributes are cut where a class-entropy tree splits them\n",
+                data.MaxData, data.MaxAtt - 1, stem.c_str());
   else
     std::printf("Read %d cases of %d attributes from %s; an interval of at most %d cases is merged\n",
                 data.MaxData, data.MaxAtt - 1, stem.c_str(), minSup);
@@ -115,7 +120,8 @@ int RunDiscretise(int argc, char** argv) {
   CutMethod method = CutMethod::kMerge;
   if (const std::string* value = line.Value("-m")) {
     if (*value == "entropy") method = CutMethod::kEntropy;
-    else if (*value != "merge") return BadUsage("the method must be merge or entropy, not " + *value);
+    else if (*value == "tree") method = CutMethod::kTree;
+    else if (*value != "merge") return BadUsage("the method must be merge, entropy or tree, not " + *value);
   }
   if (!line.Has("-f")) return BadUsage("no input stem (-f)");
   if (!line.Has("-o")) return BadUsage("no output stem (-o)");

@@ -1,5 +1,6 @@
 #include "base/numbers.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <climits>
 #include <cmath>
@@ -43,4 +44,15 @@ bool ParseFraction(const char* text, float* fraction) {
   if (end == text || *end != '\0' || errno == ERANGE || !(value >= 0.0 && value <= 1.0)) return false;
   *fraction = static_cast<float>(value);
   return true;
+}
+
+double PessimisticErrors(double cases, double errors) {
+  if (cases <= 0) return 0.0;
+  const double z = 0.6744897501960817;  // one-sided 25 % confidence
+  const double f = errors / cases;
+  const double z2 = z * z;
+  const double upper =
+      (f + z2 / (2 * cases) + z * std::sqrt(std::max(0.0, f / cases - f * f / cases + z2 / (4 * cases * cases)))) /
+      (1 + z2 / cases);
+  return cases * upper;
 }

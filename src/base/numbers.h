@@ -25,3 +25,8 @@ bool ParseWhole(const std::string& text, long long low, long long high, long lon
 // The whole text as a fraction from 0 to 1 (a support), in single precision;
 // false for anything else.
 bool ParseFraction(const char* text, float* fraction);
+
+// The upper 25 % confidence bound of the errors among `cases` cases of which
+// `errors` are wrong (binomial, normal approximation with continuity in the
+// form pruned decision trees use), as a number of cases.
+double PessimisticErrors(double cases, double errors);

@@ -280,6 +280,15 @@ Status DiscretiseAttributes(DataSet& data, int gMinSup, std::vector<CutAttribute
   // the interval items are added. An unknown class gives no index.
   const int firstClassItem = data.MaxItem - data.MaxClass + 1;
   std::vector<std::pair<float, int>> valueClass;
+  // The tree's cut points are found over all the attributes at once, before
+  // any of them is recoded.
+  std::vector<CutAttribute> treeCuts;
+  if (method == CutMethod::kTree) {
+    std::vector<int> all(static_cast<size_t>(data.MaxData));
+    for (int i = 0; i < data.MaxData; ++i) all[static_cast<size_t>(i)] = i;
+    treeCuts = LearnEntropyCuts(data, all, CutPlacement::kInTree);
+  }
+  size_t continuous = 0;
   int column = 0;
   for (int a = 0; a < data.MaxAtt; ++a) {
     if (data.SpecialStatus[a] == 1) continue;  // ignored: no column
@@ -295,7 +304,9 @@ Status DiscretiseAttributes(DataSet& data, int gMinSup, std::vector<CutAttribute
     std::sort(values.begin(), values.end());
 
     std::vector<ContValue> intervals;
-    if (method == CutMethod::kEntropy) {
+    if (method == CutMethod::kTree) {
+      intervals = treeCuts[continuous++].Intervals;
+    } else if (method == CutMethod::kEntropy) {
       valueClass.clear();
       for (int i = 0; i < data.MaxData; ++i) {
         const float x = data.RawDataSpace[i][c];

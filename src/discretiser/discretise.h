@@ -53,8 +53,11 @@ std::vector<ContValue> CutIntervals(const std::vector<float>& sorted, int minSup
 // With CutMethod::kEntropy the intervals come from the class instead: each
 // attribute is cut by class entropy with the minimum-description-length
 // stopping rule (EntropyCutPoints), and gMinSup plays no part; cases of
-// unknown class count only towards the interval counts.
-enum class CutMethod { kMerge, kEntropy };
+// unknown class count only towards the interval counts. With
+// CutMethod::kTree the cut points are those of a pruned class-entropy tree
+// over all the continuous attributes (TreeCutPoints); an attribute the tree
+// does not split stays one interval.
+enum class CutMethod { kMerge, kEntropy, kTree };
 Status DiscretiseAttributes(DataSet& data, int gMinSup, std::vector<CutAttribute>* cuts,
                             CutMethod method = CutMethod::kMerge);
 // DiscretiseAttributes without the cuts.
@@ -84,7 +87,14 @@ Status WriteCategoricalPair(const DataSet& data, const std::string& outStem, con
 // coded), learnt from the cases at the given positions only: the values and
 // classes of the other cases play no part. In declared order; FirstCode is
 // 0 (the codes are handed out when the cases are coded).
-std::vector<CutAttribute> LearnEntropyCuts(const DataSet& raw, const std::vector<int>& cases);
+//
+// kPerAttribute cuts every attribute by its own values (EntropyCutPoints);
+// kInTree takes the cut points of a pruned tree over all the continuous
+// attributes (TreeCutPoints), each cut placed within the region the cuts
+// above it mark out.
+enum class CutPlacement { kPerAttribute, kInTree };
+std::vector<CutAttribute> LearnEntropyCuts(const DataSet& raw, const std::vector<int>& cases,
+                                           CutPlacement placement = CutPlacement::kPerAttribute);
 
 // The categorical data set that the raw data set becomes with the given
 // cuts, with the tables that reading the pair written by WriteCategoricalPair

@@ -22,6 +22,8 @@
 #include <cmath>
 #include <cstdint>
 
+#include "base/numbers.h"
+
 namespace {
 
 constexpr double kFixedPointUnit = 0x1p-20;  // the value of 1 in the fixed-point sums
@@ -54,6 +56,8 @@ struct Split {
   double EntHigh = 0;
   int ClassesLow = 0;
   int ClassesHigh = 0;
+  double Gain = 0;     // Ent(S) minus the weighted entropy of the halves, per case
+  bool Kept = false;   // whether the stopping rule keeps the split
 };
 
 class EntropyCutter {
@@ -93,7 +97,7 @@ class EntropyCutter {
       const Part part = stack.back();
       stack.pop_back();
       Split split;
-      if (!BestSplit(part, &split)) continue;
+      if (!BestSplit(part, 1, &split) || !split.Kept) continue;
       cuts.push_back(CutBetween(groupValue_[split.Below], groupValue_[split.Below + 1]));
       stack.push_back({part.First, split.Below + 1});
       stack.push_back({split.Below + 1, part.End});
@@ -102,10 +106,23 @@ class EntropyCutter {
     return cuts;
   }
 
+  // The best boundary of all the values that leaves at least minSide cases
+  // on either side: its cut point, gain, and whether the stopping rule keeps
+  // it. False when there is no such boundary.
+  bool BestBoundary(size_t minSide, float* cut, double* gain, bool* kept) {
+    Split split;
+    if (groupValue_.size() < 2 || !BestSplit({0, groupValue_.size()}, minSide, &split)) return false;
+    *cut = CutBetween(groupValue_[split.Below], groupValue_[split.Below + 1]);
+    *gain = split.Gain;
+    *kept = split.Kept;
+    return true;
+  }
+
  private:
-  // Finds the boundary of the part with the lowest entropy and tells whether
-  // the stopping rule keeps it.
-  bool BestSplit(const Part& part, Split* best) {
+  // Finds the boundary of the part with the lowest entropy among those that
+  // leave at least minSide cases on either side, and tells whether the
+  // stopping rule keeps it (best->Kept). False when there is none.
+  bool BestSplit(const Part& part, size_t minSide, Split* best) {
     const size_t lo = groupStart_[part.First];
     const size_t hi = groupStart_[part.End];
     present_.clear();
@@ -113,12 +130,12 @@ class EntropyCutter {
       if (total_[items_[i].second]++ == 0) present_.push_back(items_[i].second);
     }
     std::sort(present_.begin(), present_.end());
-    const bool kept = present_.size() > 1 && part.End - part.First > 1 && Scan(part, best);
+    const bool found = present_.size() > 1 && part.End - part.First > 1 && Scan(part, minSide, best);
     for (int c : present_) total_[c] = low_[c] = 0;
-    return kept;
+    return found;
   }
 
-  bool Scan(const Part& part, Split* best) {
+  bool Scan(const Part& part, size_t minSide, Split* best) {
     const size_t lo = groupStart_[part.First];
     const size_t n = groupStart_[part.End] - lo;
     const int k = static_cast<int>(present_.size());
@@ -149,6 +166,7 @@ class EntropyCutter {
       if (groupClass_[g] >= 0 && groupClass_[g] == groupClass_[g + 1]) continue;
       const size_t n1 = i - lo;
       const size_t n2 = n - n1;
+      if (n1 < minSide || n2 < minSide) continue;
       const int64_t estimate = fixed_[n1] + fixed_[n2] - fixedLow - fixedHigh;
       if (found && static_cast<double>(estimate) * kFixedPointUnit > best->Entropy + margin) continue;
 
@@ -174,9 +192,11 @@ class EntropyCutter {
 
     const double count = static_cast<double>(n);
     const double gain = entropy - best->Entropy / count;
+    best->Gain = gain;
     const double delta = Log2ThreePowerMinusTwo(k) -
                          (k * entropy - best->ClassesLow * best->EntLow - best->ClassesHigh * best->EntHigh);
-    return gain > (std::log2(count - 1.0) + delta) / count;
+    best->Kept = gain > (std::log2(count - 1.0) + delta) / count;
+    return true;
   }
 
   std::vector<std::pair<float, int>> items_;  // sorted by (value, class)
@@ -203,6 +223,111 @@ std::vector<double> EntropyCutPoints(const std::vector<std::pair<float, int>>& v
   }
   if (items.size() < 2) return {};
   return EntropyCutter(std::move(items), numClasses).Cuts();
+}
+
+std::vector<std::vector<double>> TreeCutPoints(const std::vector<std::vector<float>>& columns,
+                                              const std::vector<int>& classes, int numClasses) {
+  std::vector<std::vector<double>> cuts(columns.size());
+  if (numClasses <= 1) return cuts;
+  // A cut that leaves fewer than three training cases on one side marks out
+  // too few cases to hold on new ones: it is not tried.
+  constexpr size_t kMinSide = 3;
+  // How much lower the pessimistic errors of a subtree must be than those of
+  // its node as a leaf for the subtree to stay.
+  constexpr double kPruneMargin = 0.1;
+  auto known = [&](size_t a, int i) { return std::isfinite(columns[a][static_cast<size_t>(i)]); };
+  struct Node {
+    std::vector<int> Cases;
+    size_t Attribute = 0;
+    float Cut = 0;
+    int Below = -1;  // the children, -1 for a leaf
+    int Above = -1;
+    double LeafErrors = 0;  // pessimistic errors of the node as a leaf
+  };
+  std::vector<Node> nodes(1);
+  for (size_t i = 0; i < classes.size(); ++i)
+    if (classes[i] >= 0 && classes[i] < numClasses) nodes[0].Cases.push_back(static_cast<int>(i));
+  std::vector<std::pair<float, int>> items;
+  std::vector<int> counts(static_cast<size_t>(numClasses));
+  // Grows the tree: children always come after their parent.
+  for (size_t n = 0; n < nodes.size(); ++n) {
+    std::fill(counts.begin(), counts.end(), 0);
+    for (int i : nodes[n].Cases) ++counts[static_cast<size_t>(classes[static_cast<size_t>(i)])];
+    const double size = static_cast<double>(nodes[n].Cases.size());
+    const int most = *std::max_element(counts.begin(), counts.end());
+    nodes[n].LeafErrors = PessimisticErrors(size, size - most);
+    if (most == static_cast<int>(nodes[n].Cases.size()) || nodes[n].Cases.size() < 2 * kMinSide) continue;
+    // The attribute whose best boundary gains most, weighted by the share
+    // of the node's cases whose value is known; the first of equals.
+    size_t bestAttribute = columns.size();
+    float bestCut = 0;
+    double bestGain = 0;
+    for (size_t a = 0; a < columns.size(); ++a) {
+      items.clear();
+      for (int i : nodes[n].Cases)
+        if (known(a, i)) items.emplace_back(columns[a][static_cast<size_t>(i)], classes[static_cast<size_t>(i)]);
+      if (items.size() < 2 * kMinSide) continue;
+      float cut = 0;
+      double gain = 0;
+      bool kept = false;
+      const double share = static_cast<double>(items.size()) / size;
+      if (!EntropyCutter(items, numClasses).BestBoundary(kMinSide, &cut, &gain, &kept)) continue;
+      gain *= share;
+      if (gain > 1e-9 && (bestAttribute == columns.size() || gain > bestGain)) {
+        bestAttribute = a;
+        bestCut = cut;
+        bestGain = gain;
+      }
+    }
+    if (bestAttribute == columns.size()) continue;
+    // A case whose value is unknown follows the part that holds more of the
+    // node's known values.
+    Node below;
+    Node above;
+    size_t knownBelow = 0;
+    size_t knownAbove = 0;
+    for (int i : nodes[n].Cases)
+      if (known(bestAttribute, i)) ++(columns[bestAttribute][static_cast<size_t>(i)] < bestCut ? knownBelow : knownAbove);
+    for (int i : nodes[n].Cases) {
+      const bool low = known(bestAttribute, i) ? columns[bestAttribute][static_cast<size_t>(i)] < bestCut
+                                               : knownBelow > knownAbove;
+      (low ? below : above).Cases.push_back(i);
+    }
+    nodes[n].Attribute = bestAttribute;
+    nodes[n].Cut = bestCut;
+    nodes[n].Below = static_cast<int>(nodes.size());
+    nodes[n].Above = static_cast<int>(nodes.size()) + 1;
+    nodes.push_back(std::move(below));
+    nodes.push_back(std::move(above));
+  }
+  // Prunes from the leaves up: a subtree whose leaves' pessimistic errors
+  // are not clearly below those of the node as a leaf becomes that leaf.
+  std::vector<double> treeErrors(nodes.size());
+  for (size_t n = nodes.size(); n-- > 0;) {
+    Node& node = nodes[n];
+    treeErrors[n] = node.LeafErrors;
+    if (node.Below < 0) continue;
+    const double subtree = treeErrors[static_cast<size_t>(node.Below)] + treeErrors[static_cast<size_t>(node.Above)];
+    if (node.LeafErrors <= subtree + kPruneMargin) {
+      node.Below = node.Above = -1;
+    } else {
+      treeErrors[n] = subtree;
+    }
+  }
+  std::vector<int> stack{0};
+  while (!stack.empty()) {
+    const Node& node = nodes[static_cast<size_t>(stack.back())];
+    stack.pop_back();
+    if (node.Below < 0) continue;
+    cuts[node.Attribute].push_back(node.Cut);
+    stack.push_back(node.Below);
+    stack.push_back(node.Above);
+  }
+  for (std::vector<double>& c : cuts) {
+    std::sort(c.begin(), c.end());
+    c.erase(std::unique(c.begin(), c.end()), c.end());
+  }
+  return cuts;
 }
 
 std::vector<ContValue> IntervalsFromCuts(const std::vector<float>& sortedKnownValues,

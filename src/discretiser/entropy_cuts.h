@@ -47,6 +47,23 @@
 std::vector<double> EntropyCutPoints(const std::vector<std::pair<float, int>>& valueClass,
                                      int numClasses);
 
+// Cut points found in context: a tree is grown over the cases, each node
+// split at the boundary, of all the attributes, that the stopping rule of
+// EntropyCutPoints keeps and whose information gain is the largest (the
+// first attribute of equals), until no attribute splits a node. Each
+// attribute's cut points are those its nodes were split at, ascending,
+// without repeats. Unlike EntropyCutPoints, which splits an attribute's
+// values by themselves, this places a cut where it separates the classes
+// within a region the other attributes mark out (a petal length that parts
+// two species only among narrow petals, say).
+//
+// columns[a][i] is attribute a's value in case i, NaN when unknown; classes[i]
+// is case i's class index, cases of a class outside 0..numClasses-1 take no
+// part. A case whose value of the splitting attribute is unknown follows the
+// part that holds more of the node's known values (the upper one on equals).
+std::vector<std::vector<double>> TreeCutPoints(const std::vector<std::vector<float>>& columns,
+                                              const std::vector<int>& classes, int numClasses);
+
 // The intervals that ascending cut points make of an attribute's known
 // values (sortedKnownValues, ascending), with the bounds CutIntervals gives:
 // the first interval starts at the smallest value, each cut starts the next

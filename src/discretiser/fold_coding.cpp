@@ -2,6 +2,8 @@
 // classifier trained on those cases and tested on the others sees intervals
 // chosen without the test cases' classes.
 #include <algorithm>
+#include <cmath>
+#include <limits>
 #include <memory>
 #include <utility>
 
@@ -41,34 +43,46 @@ bool HasContinuousAttribute(const DataSet& data) {
   return std::find(data.SpecialStatus.begin(), data.SpecialStatus.end(), 3) != data.SpecialStatus.end();
 }
 
-std::vector<CutAttribute> LearnEntropyCuts(const DataSet& raw, const std::vector<int>& cases) {
+std::vector<CutAttribute> LearnEntropyCuts(const DataSet& raw, const std::vector<int>& cases, CutPlacement placement) {
   // The class items are the last MaxClass codes of a raw data set: its
   // continuous attributes have no items yet.
   const int firstClassItem = raw.MaxItem - raw.MaxClass + 1;
+  std::vector<int> classes;
+  for (int i : cases) classes.push_back(static_cast<int>(raw.RawDataSpace[static_cast<size_t>(i)][raw.RealAtt - 1]) - firstClassItem);
+  // Each continuous attribute's values over the cases, NaN for unknown.
   std::vector<CutAttribute> cuts;
-  std::vector<float> values;
-  std::vector<std::pair<float, int>> valueClass;
+  std::vector<std::vector<float>> columns;
   int column = 0;
   for (int a = 0; a < raw.MaxAtt; ++a) {
     if (raw.SpecialStatus[a] == 1) continue;
     const int c = column++;
     if (raw.SpecialStatus[a] != 3) continue;
-    values.clear();
-    valueClass.clear();
+    std::vector<float> values;
     for (int i : cases) {
-      const float* row = raw.RawDataSpace[static_cast<size_t>(i)];
-      const float x = row[c];
-      if (x == kUnknownValue) continue;
-      const float v = x == 0.0f ? 0.0f : x;
-      values.push_back(v);
-      valueClass.emplace_back(v, static_cast<int>(row[raw.RealAtt - 1]) - firstClassItem);
+      const float x = raw.RawDataSpace[static_cast<size_t>(i)][c];
+      values.push_back(x == kUnknownValue ? std::numeric_limits<float>::quiet_NaN() : x == 0.0f ? 0.0f : x);
     }
-    std::sort(values.begin(), values.end());
     CutAttribute cut;
     cut.Declared = a;
     cut.Column = c;
-    cut.Intervals = IntervalsFromCuts(values, EntropyCutPoints(valueClass, raw.MaxClass));
     cuts.push_back(std::move(cut));
+    columns.push_back(std::move(values));
+  }
+  std::vector<std::vector<double>> points;
+  if (placement == CutPlacement::kInTree) points = TreeCutPoints(columns, classes, raw.MaxClass);
+  std::vector<std::pair<float, int>> valueClass;
+  for (size_t a = 0; a < cuts.size(); ++a) {
+    valueClass.clear();
+    std::vector<float> sorted;
+    for (size_t i = 0; i < classes.size(); ++i) {
+      const float v = columns[a][i];
+      if (std::isnan(v)) continue;
+      sorted.push_back(v);
+      valueClass.emplace_back(v, classes[i]);
+    }
+    std::sort(sorted.begin(), sorted.end());
+    cuts[a].Intervals = IntervalsFromCuts(
+        sorted, placement == CutPlacement::kInTree ? points[a] : EntropyCutPoints(valueClass, raw.MaxClass));
   }
   return cuts;
 }

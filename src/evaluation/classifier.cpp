@@ -86,6 +86,48 @@ void DropUndecidingRules(RuleSet& ruleSet, const DataSet& data) {
 
 }  // namespace
 
+void AddOneItemClassRules(RuleSet& rules, const DataSet& data, int minSup, float minConf) {
+  const size_t classes = static_cast<size_t>(std::max(data.MaxClass, 0));
+  if (classes == 0) return;
+  const int firstClass = data.MaxItem - data.MaxClass + 1;
+  // How many cases hold each item, and each item with each class.
+  std::vector<int> itemCount(static_cast<size_t>(firstClass), 0);
+  std::vector<int> withClass(static_cast<size_t>(firstClass) * classes, 0);
+  std::vector<int> classCount(classes, 0);
+  for (int i = 0; i < data.MaxData; ++i) {
+    const short* row = data.DataSpace[i];
+    const int cls = row[data.RealAtt];
+    if (cls < 0 || cls >= data.MaxClass) continue;
+    ++classCount[static_cast<size_t>(cls)];
+    for (int a = 0; a < data.RealAtt - 1; ++a) {
+      const int item = row[a];
+      if (item <= 0 || item >= firstClass) continue;
+      ++itemCount[static_cast<size_t>(item)];
+      ++withClass[static_cast<size_t>(item) * classes + static_cast<size_t>(cls)];
+    }
+  }
+  for (int item = 1; item < firstClass; ++item) {
+    for (size_t c = 0; c < classes; ++c) {
+      const int supp = withClass[static_cast<size_t>(item) * classes + c];
+      if (supp == 0 || supp < minSup) continue;
+      // The confidence as the miner computes it; perfect rules it has found.
+      const double conf = static_cast<double>(supp) / static_cast<double>(itemCount[static_cast<size_t>(item)]);
+      if (conf < minConf || conf > 0.999999) continue;
+      RuleRecord* rule = NewRule(1);
+      rule->Antecedent[0] = item;
+      rule->Target = static_cast<int>(c);
+      rule->Priority = 1;
+      rule->Conf = static_cast<float>(conf);
+      rule->Score = rule->Conf;
+      rule->Supp = supp;
+      rule->AntSupp = itemCount[static_cast<size_t>(item)];
+      rule->TargetSupp = classCount[c];
+      AddRuleTail(rules, rules.Last, rule);
+    }
+  }
+}
+
+
 RuleSet BuildClassifier(const DataSet& data, const ClassifierSettings& settings, std::FILE* out,
                         const LayerReport& report) {
   MiningOptions options;
@@ -101,6 +143,7 @@ RuleSet BuildClassifier(const DataSet& data, const ClassifierSettings& settings,
   RuleSet rules = std::move(run.Rules);
 
   KeepClassRules(rules, data);
+  if (settings.OneItemRules) AddOneItemClassRules(rules, data, run.GMinSup, settings.Confidence);
   std::vector<float> dist;
   SetClassDistribution(data, dist);
   SortRules(rules);

@@ -126,6 +126,7 @@ struct ClassifierSettings {
   bool MajorityGuard = true;  // fall back on the majority class when the rules promise no better
   int GuardCases = 1000;      // the guard's inner cross-validation runs on at most this many cases
   bool ByErrorRate = true;   // the ordering's choice: see OrderSettings
+  bool OneItemRules = true;  // add the one-item class rules with exceptions (AddOneItemClassRules)
 };
 
 // The majority guard: on a training set of at most settings.GuardCases
@@ -146,8 +147,17 @@ void SetClassDistribution(const DataSet& data, std::vector<float>& dist);
 // Keeps only the rules whose target is a class item, turning their targets
 // into class indexes.
 void KeepClassRules(RuleSet& rules, const DataSet& data);
+// Appends to a rule set of class rules (targets as class indexes) every rule
+// "item -> class" of one antecedent item whose support count is at least
+// minSup (and above 0) and whose confidence is at least minConf but not
+// perfect. The miner keeps a one-item rule only when it has no exception,
+// so `petal = short -> setosa` reaches the classifier while a broad rule
+// right on 97 % of its cases would not. Confidence is the quotient of the
+// counts in double precision, stored in single, as the miner stores it.
+void AddOneItemClassRules(RuleSet& rules, const DataSet& data, int minSup, float minConf);
 // Mines the labelled cases with the settings and turns the class rules into
-// an ordered first-match classifier: rules in precedence order (Precede),
+// an ordered first-match classifier: the one-item rules with exceptions
+// added (unless settings.OneItemRules is off), rules in precedence order (Precede),
 // the optional complete selection, the ordering with its default class (the
 // most frequent class when every case is explained), then only the rules
 // that decide some training case. The mining prints to out and calls report
@@ -175,10 +185,6 @@ bool PositivelyCorrelated(const RuleRecord& rule, int cases);
 // Removes the rules that are not positively correlated with their class or
 // whose chi-square is below threshold; returns how many went.
 int PruneInsignificant(RuleSet& rules, int cases, double threshold);
-// The upper 25 % confidence bound of the errors among `cases` cases of which
-// `errors` are wrong (binomial, normal approximation with continuity in the
-// form pruned decision trees use), as a number of cases.
-double PessimisticErrors(double cases, double errors);
 // Database coverage: the rules, in their order, are kept when they classify
 // at least one case still counting right; every case they cover counts one
 // cover more, and a case stops counting once delta kept rules cover it. The

@@ -6,6 +6,7 @@
 #include <cmath>
 #include <vector>
 
+#include "base/numbers.h"
 #include "evaluation/class_votes.h"
 #include "evaluation/evaluation.h"
 
@@ -62,17 +63,6 @@ int PruneInsignificant(RuleSet& rules, int cases, double threshold) {
     ++removed;
   }
   return removed;
-}
-
-double PessimisticErrors(double cases, double errors) {
-  if (cases <= 0) return 0.0;
-  const double z = 0.6744897501960817;  // one-sided 25 % confidence
-  const double f = errors / cases;
-  const double z2 = z * z;
-  const double upper =
-      (f + z2 / (2 * cases) + z * std::sqrt(std::max(0.0, f / cases - f * f / cases + z2 / (4 * cases * cases)))) /
-      (1 + z2 / cases);
-  return cases * upper;
 }
 
 namespace {
