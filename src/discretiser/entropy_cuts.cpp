@@ -107,14 +107,13 @@ class EntropyCutter {
   }
 
   // The best boundary of all the values that leaves at least minSide cases
-  // on either side: its cut point, gain, and whether the stopping rule keeps
-  // it. False when there is no such boundary.
-  bool BestBoundary(size_t minSide, float* cut, double* gain, bool* kept) {
+  // on either side, whether or not the stopping rule would keep it: its cut
+  // point and gain. False when there is no such boundary.
+  bool BestBoundary(size_t minSide, float* cut, double* gain) {
     Split split;
     if (groupValue_.size() < 2 || !BestSplit({0, groupValue_.size()}, minSide, &split)) return false;
     *cut = CutBetween(groupValue_[split.Below], groupValue_[split.Below + 1]);
     *gain = split.Gain;
-    *kept = split.Kept;
     return true;
   }
 
@@ -269,9 +268,8 @@ std::vector<std::vector<double>> TreeCutPoints(const std::vector<std::vector<flo
       if (items.size() < 2 * kMinSide) continue;
       float cut = 0;
       double gain = 0;
-      bool kept = false;
       const double share = static_cast<double>(items.size()) / size;
-      if (!EntropyCutter(items, numClasses).BestBoundary(kMinSide, &cut, &gain, &kept)) continue;
+      if (!EntropyCutter(items, numClasses).BestBoundary(kMinSide, &cut, &gain)) continue;
       gain *= share;
       if (gain > 1e-9 && (bestAttribute == columns.size() || gain > bestGain)) {
         bestAttribute = a;
@@ -297,6 +295,7 @@ std::vector<std::vector<double>> TreeCutPoints(const std::vector<std::vector<flo
     nodes[n].Cut = bestCut;
     nodes[n].Below = static_cast<int>(nodes.size());
     nodes[n].Above = static_cast<int>(nodes.size()) + 1;
+    std::vector<int>().swap(nodes[n].Cases);  // the children hold them now
     nodes.push_back(std::move(below));
     nodes.push_back(std::move(above));
   }

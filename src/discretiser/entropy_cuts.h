@@ -47,15 +47,19 @@
 std::vector<double> EntropyCutPoints(const std::vector<std::pair<float, int>>& valueClass,
                                      int numClasses);
 
-// Cut points found in context: a tree is grown over the cases, each node
-// split at the boundary, of all the attributes, that the stopping rule of
-// EntropyCutPoints keeps and whose information gain is the largest (the
-// first attribute of equals), until no attribute splits a node. Each
-// attribute's cut points are those its nodes were split at, ascending,
-// without repeats. Unlike EntropyCutPoints, which splits an attribute's
-// values by themselves, this places a cut where it separates the classes
-// within a region the other attributes mark out (a petal length that parts
-// two species only among narrow petals, say).
+// Cut points found in context, as the splits of one decision tree over all
+// the attributes. A node (at first all the cases of a known class) is split
+// at the boundary, of any attribute, with the largest information gain among
+// those leaving at least three of its cases with a known value on either
+// side (the gain over those cases, times their share of the node; the first
+// attribute of equals). A node of one class or of fewer than six cases is a
+// leaf. The grown tree is pruned from the leaves up: a subtree stays only
+// when the pessimistic errors of its leaves (PessimisticErrors) are lower,
+// by more than 0.1, than those of its node as one leaf. Each attribute's cut
+// points are the splits left on it, ascending, without repeats. Unlike
+// EntropyCutPoints, which splits an attribute by its own values, this places
+// a cut where it separates the classes within a region the other cuts mark
+// out (a petal length that parts two species only among narrow petals, say).
 //
 // columns[a][i] is attribute a's value in case i, NaN when unknown; classes[i]
 // is case i's class index, cases of a class outside 0..numClasses-1 take no
