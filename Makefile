@@ -1,6 +1,9 @@
 # make run   builds, then mines the bundled example
-# make test  builds, then runs every test: the normal build and the
-#            AddressSanitizer + UndefinedBehaviorSanitizer build
+# make test  installs the Debian packages the tests need when missing
+#            (tools/install-deps.sh: as root; otherwise it names them and
+#            stops), builds, then runs every test: the normal build and the
+#            AddressSanitizer + UndefinedBehaviorSanitizer build, then the
+#            fuzz targets over their corpora (skipped without clang)
 # make bench runs the benchmarks (Release build)
 # make fuzz  builds the fuzz targets with clang and fuzzes each for
 #            FUZZ_SECONDS seconds (default 600; FUZZ_JOBS targets at a time)
@@ -11,16 +14,23 @@ EXAMPLE ?= $(BUILD)/example
 FUZZ_SECONDS ?= 600
 FUZZ_JOBS    ?= 1
 
-.PHONY: all build build-asan run test bench install clean fuzz
+.PHONY: all build build-asan run test deps-build deps-test bench install clean fuzz
 
 all: build
 
-# The programs, and the tests when GoogleTest is installed.
-build:
+deps-build:
+	tools/install-deps.sh build
+
+deps-test:
+	tools/install-deps.sh test
+
+# The programs, and the tests when GoogleTest is installed. An optional
+# package that is missing turns off what needs it, with one line saying so.
+build: deps-build
 	cmake -S . -B $(BUILD) -DCMAKE_BUILD_TYPE=Release -DREQUIRE_TESTS=OFF
 	cmake --build $(BUILD) -j$(JOBS)
 
-build-asan:
+build-asan: deps-build
 	cmake -S . -B $(ASAN) -DCMAKE_BUILD_TYPE=RelWithDebInfo -DSANITIZE=ON -DREQUIRE_TESTS=ON
 	cmake --build $(ASAN) -j$(JOBS)
 
@@ -35,11 +45,13 @@ run: build
 	@echo "The five rules of highest lift, as rule-show prints them:"
 	cd $(EXAMPLE) && ../rule-show --top 5 --sort lift -f picnic
 
-test: build build-asan
-	cmake -S . -B $(BUILD) -DREQUIRE_TESTS=ON
+test: deps-test
+	cmake -S . -B $(BUILD) -DCMAKE_BUILD_TYPE=Release -DREQUIRE_TESTS=ON
 	cmake --build $(BUILD) -j$(JOBS)
+	$(MAKE) build-asan
 	cd $(BUILD) && ctest -j$(JOBS) --output-on-failure
 	cd $(ASAN) && ctest -j$(JOBS) --output-on-failure
+	fuzz/replay.sh
 
 bench: build
 	bench/run.sh

@@ -144,19 +144,4 @@ TEST(ClassTargetsOnly, GeneratedSetsKeepEveryClassRuleOfAFullRun) {
   std::printf("%d class rules found only by the class-only run\n", extra);
 }
 
-// The class-only run may find class rules a full run misses: a full run
-// also drops itemsets once all their other targets are dead.
-TEST(ClassTargetsOnly, SharedSetsKeepEveryClassRuleOfAFullRun) {
-  const std::string dir = testing_support::SharedDir() + "/data/";
-  int sets = 0;
-  for (const char* name : {"vote", "car", "tic-tac-toe", "nursery", "mushroom"}) {
-    const std::string stem = dir + name;
-    if (!FileExists(stem + ".names") || !FileExists(stem + ".data")) continue;
-    ++sets;
-    const int extra = CompareRuns(stem, {{0.01f, 0.5f, 4}, {0.05f, 0.9f, 4}});
-    std::printf("%s: %d class rules found only by the class-only run\n", name, extra);
-  }
-  if (sets == 0) GTEST_SKIP() << "no shared data sets in " << dir;
-}
-
 }  // namespace

@@ -115,30 +115,4 @@ TEST_F(CountingTest, ALayerOfInfrequentCandidatesIsStillReported) {
   }
 }
 
-// The miner's whole output and rule file, for 1, 2 and 8 threads.
-TEST(CountingThreads, TheMinerWritesTheSameForAnyNumberOfThreads) {
-  TempDir dir;
-  // Enough cases and pairs that the pair count and the row sets are shared
-  // among threads too.
-  const auto set = CorrelatedSet(5, 70000, 16);
-  WriteFile(dir / "big.names", set.first);
-  WriteFile(dir / "big.data", set.second);
-  std::string first, firstCsv;
-  for (const char* threads : {"1", "2", "8"}) {
-    SCOPED_TRACE(std::string("RULE_THREADS=") + threads);
-    const testing_support::ProgramRun run = RunProgram(
-        "rule", "-f big -s 0.03 -c 0.8 -l 5", dir.path(), std::string("env RULE_THREADS=") + threads);
-    ASSERT_EQ(run.status, 0) << run.output << run.errors;
-    const std::string csv = ReadFile(dir / "bigrule.csv");
-    if (first.empty()) {
-      first = MaskRun(run.output);
-      firstCsv = csv;
-      ASSERT_NE(first.find("Report of 4 layers"), std::string::npos) << first;
-      continue;
-    }
-    EXPECT_EQ(MaskRun(run.output), first);
-    EXPECT_EQ(csv, firstCsv);
-  }
-}
-
 }  // namespace

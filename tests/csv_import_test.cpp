@@ -1,6 +1,6 @@
-// Importing a table: libcsv's records and their line numbers, the delimiter
-// detection, the spelling of hostile names, and the round trip through the
-// project's own names and data readers.
+// Importing a table: libcsv's records and their line numbers, the spelling
+// of hostile names, the round trip through the project's own names and data
+// readers, and the errors (whole runs are in fixtures/import).
 #include <gtest/gtest.h>
 
 #include <cstdio>
@@ -57,20 +57,6 @@ TEST(CsvRecords, QuotingLineBreaksAndTheLineEachRecordStartsOn) {
   EXPECT_EQ(Parse("a\t\tc\n", '\t').front().Fields, (Strings{"a", "", "c"}));
 }
 
-TEST(CsvRecords, DelimiterDetection) {
-  EXPECT_EQ(DetectDelimiter("a,b,c\n1,2,3\n"), ',');
-  EXPECT_EQ(DetectDelimiter("a;b;c\n\"1,5\";2;3\n4,5;6;7\n"), ';');  // commas only inside some fields
-  EXPECT_EQ(DetectDelimiter("a\tb\n1, 2\t3\n"), '\t');
-  EXPECT_EQ(DetectDelimiter("a|b\n1|2\n"), '|');
-  // Two consistent candidates: the one giving more columns.
-  EXPECT_EQ(DetectDelimiter("a;b,c\n1;2,3\n"), ',');
-  EXPECT_EQ(DetectDelimiter("a;b;c\n1;2,3;4\n"), ';');
-  // None consistent: the widest header, so the row check can name the line.
-  EXPECT_EQ(DetectDelimiter("a,b,c\n1,2\n"), ',');
-  EXPECT_EQ(DetectDelimiter("single\nvalue\n"), 0);
-  EXPECT_EQ(DetectDelimiter(""), 0);
-}
-
 TEST(Spelling, UnknownsNumbersAndKeywords) {
   for (const char* unknown : {"", "  ", "NA", "?", " ? ", "\tNA\n"}) EXPECT_TRUE(IsUnknownField(unknown)) << unknown;
   for (const char* known : {"na", "??", "N A", "0", "-"}) EXPECT_FALSE(IsUnknownField(known)) << known;
@@ -99,37 +85,6 @@ TEST(Spelling, LookAlikesBlanksAndCollisions) {
   EXPECT_EQ(AssignSpellings({"a b", "a  b", "a\tb", "a b~2"}), (Strings{"a b", "a b~3", "a b~4", "a b~2"}));
   EXPECT_EQ(AssignSpellings({"x,y", "x\u201Ay"}), (Strings{"x\u201Ay~2", "x\u201Ay"}));
   EXPECT_EQ(AssignSpellings({"Class", "Class~2", "other"}, {"Class"}), (Strings{"Class~3", "Class~2", "other"}));
-}
-
-// Every spelling, whatever bytes the name held, reads back through the
-// tokenizer as exactly itself, as a value in a list and as the last field of
-// a line, and holds no comma.
-TEST(Spelling, EverySpellingReadsBackAsOneName) {
-  const std::string alphabet = std::string("ab .,:|\\\t\n\r\"?'~%") + '\0' + "\x01\xC3\xBC";
-  std::mt19937 random(7);
-  Strings spellings;
-  for (int n = 0; n < 2000; ++n) {
-    std::string raw;
-    const int length = 1 + static_cast<int>(random() % 12);
-    for (int i = 0; i < length; ++i) raw += alphabet[random() % alphabet.size()];
-    if (IsUnknownField(raw)) continue;
-    spellings.push_back(SpellName(raw));
-  }
-  testing_support::TempDir dir;
-  std::string text;
-  for (size_t i = 0; i < spellings.size(); ++i) text += spellings[i] + (i % 3 == 2 ? "\n" : ",");
-  testing_support::WriteFile(dir / "names", text);
-  std::FILE* f = std::fopen((dir / "names").c_str(), "r");
-  ASSERT_NE(f, nullptr);
-  NameReader in{f, 0};
-  std::string name;
-  for (size_t i = 0; i < spellings.size(); ++i) {
-    ASSERT_EQ(ReadName(in, name), 1);
-    EXPECT_EQ(name, spellings[i]);
-    EXPECT_EQ(in.Delimiter, i % 3 == 2 ? '\n' : ',') << spellings[i];
-    EXPECT_EQ(spellings[i].find(','), std::string::npos);
-  }
-  std::fclose(f);
 }
 
 std::string Quote(const std::string& field) {
@@ -220,44 +175,6 @@ TEST_F(RoundTripTest, HostileValuesComeBackAsTheIntendedItems) {
     EXPECT_EQ(codes.size(), codeOfRaw.size()) << "column " << a;  // distinct values stay distinct
     EXPECT_EQ(data.MaxAttVal[a], static_cast<int>(codeOfRaw.size())) << "column " << a;
   }
-}
-
-TEST_F(RoundTripTest, NumericColumnsTakeTheirIntervalsAndOptionsChooseColumns) {
-  const std::string text =
-      "id;size;zip;label;kind\n"
-      "1;1;100;x;a\n2;2;100;y;b\n3;2;200;x;a\n4;3;200;y;b\n5;100;300;NA;a\n6;;300;x;b\n";
-  ImportOptions options;
-  options.ClassColumn = "4";
-  options.Ignore = {"id"};
-  options.Categorical = {"zip,kind"};
-  options.Support = 0.0f;
-  const ImportResult result = Import(text, options);
-  EXPECT_EQ(result.Delimiter, ';');
-  EXPECT_EQ(result.ClassColumn, 3);
-  EXPECT_EQ(result.Columns[0].Kind, ColumnKind::kIgnored);
-  EXPECT_EQ(result.Columns[1].Kind, ColumnKind::kNumeric);
-  EXPECT_EQ(result.Columns[2].Kind, ColumnKind::kCategorical);
-  // Support 0: one interval per distinct value, as the discretiser cuts them.
-  EXPECT_EQ(result.Columns[1].Values, (Strings{"1.00..1.50", "1.50..2.50", "2.50..51.50", "51.50..116.50"}));
-  EXPECT_EQ(result.Columns[1].Codes, (std::vector<int>{0, 1, 1, 2, 3, -1}));
-  EXPECT_EQ(NamesFileText(result),
-            "| class attribute: label\n"
-            "| written by rule-import: one line per column of the table but the class\n\n"
-            "x, y.\n\n"
-            "id: ignore.\n"
-            "size: 1.00..1.50, 1.50..2.50, 2.50..51.50, 51.50..116.50.\n"
-            "zip: 100, 200, 300.\n"
-            "kind: a, b.\n");
-  EXPECT_EQ(DataFileText(result).substr(0, 42), "?,1.00..1.50,100,a,x\n?,1.50..2.50,100,b,y\n");
-
-  WriteNames(NamesFileText(result));
-  WriteData(DataFileText(result));
-  ASSERT_TRUE(GetNames(data, Stem(), errors).ok());
-  ASSERT_TRUE(GetData(data, ".data", errors).ok());
-  ASSERT_EQ(data.MaxData, 6);
-  EXPECT_EQ(data.ItemRecord[data.DataSpace[4][0]]->ValueName, "51.50..116.50");
-  EXPECT_EQ(data.DataSpace[4][3], 0);  // NA class
-  EXPECT_EQ(data.DataSpace[5][0], 0);  // empty size
 }
 
 TEST(ImportErrors, OneLineNamingWhatIsWrong) {

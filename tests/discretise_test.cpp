@@ -1,7 +1,6 @@
-// The discretiser in-process: sorting, the worked interval examples, the
-// fast merge checked against a plain walk of every pair in every pass, the
-// recoding of columns with unknown, single and missing values, the item
-// limit, and the categorical pair it writes.
+// The discretiser in-process: the fast merge checked against a plain walk
+// of every pair in every pass, columns with single and missing values, the
+// item limit, and the categorical pair it writes read back.
 #include <gtest/gtest.h>
 
 #include <unistd.h>
@@ -56,33 +55,6 @@ std::vector<std::tuple<float, float, float, int, float>> Fields(const std::vecto
   return fields;
 }
 
-std::vector<std::string> ItemNames(const std::vector<ContValue>& cut) {
-  std::vector<std::string> names;
-  for (const ContValue& v : cut) names.push_back(IntervalItemName(v.Low, v.High));
-  return names;
-}
-
-TEST(Discretiser, QuickSortSortsAscending) {
-  for (std::vector<float> v : {std::vector<float>{3, 1, 2}, {2, 2, 1}, {5}, {-1, 7, -3, 7, 0}}) {
-    std::vector<float> sorted = v;
-    std::sort(sorted.begin(), sorted.end());
-    QuickSort(v.data(), static_cast<int>(v.size()));
-    EXPECT_EQ(v, sorted);
-  }
-}
-
-// A value beyond three average widths stays apart; with no minimum support
-// nothing merges and each distinct value keeps its interval.
-TEST(Discretiser, ExamplesOfOutlierAndZeroSupport) {
-  std::vector<ContValue> cut = CutIntervals({0, 1, 2, 3, 100}, 1);
-  EXPECT_EQ(ItemNames(cut), (std::vector<std::string>{"[0.00, 51.50]", "[51.50, 112.50]"}));
-  EXPECT_EQ(cut[0].Count, 4);
-  cut = CutIntervals({1, 2, 2, 3, 10}, 0);
-  EXPECT_EQ(ItemNames(cut),
-            (std::vector<std::string>{"[1.00, 1.50]", "[1.50, 2.50]", "[2.50, 6.50]", "[6.50, 11.50]"}));
-  EXPECT_EQ(cut[1].Count, 2);
-}
-
 // Random value sets of several shapes: many ties, outliers beyond the merge
 // reach, and means so close that costs fall under the stored-cost threshold.
 TEST(Discretiser, FastMergeMatchesThePlainWalkOfEveryPass) {
@@ -124,20 +96,6 @@ class DiscretiseRun : public MinerTest {
   }
   std::vector<CutAttribute> cuts_;
 };
-
-TEST_F(DiscretiseRun, NewItemsFollowTheClassItemsAndUnknownValuesStayUnknown) {
-  Cut("yes, no.\nx: continuous.\n", "0,yes\n1,no\n2,yes\n3,no\n100,yes\n?,no\n", 1);
-  EXPECT_EQ(data.MaxItem, 4);
-  EXPECT_EQ(data.ItemRecord[2]->AttributeName, "Class");
-  EXPECT_EQ(data.ItemRecord[3]->ValueName, "[0.00, 51.50]");
-  EXPECT_EQ(data.ItemRecord[4]->AttributeName, "x");
-  EXPECT_EQ(data.Attribute[4], 0);
-  EXPECT_EQ(Column(0), (std::vector<int>{3, 3, 3, 3, 4, 0}));
-  EXPECT_EQ(Column(1), (std::vector<int>{1, 2, 1, 2, 1, 2}));
-  ASSERT_EQ(cuts_.size(), 1u);
-  EXPECT_EQ(cuts_[0].FirstCode, 3);
-  EXPECT_TRUE(data.RawDataSpace.empty());
-}
 
 TEST_F(DiscretiseRun, OneValueAndNoValueAttributesAndIgnoredColumns) {
   Cut("a, b.\nid: ignore.\nc: r, g.\none: continuous.\nnone: continuous.\nw: continuous.\n",
@@ -181,25 +139,6 @@ TEST_F(DiscretiseRun, CategoricalPairReadsBackAsTheSameCases) {
   ASSERT_TRUE(GetData(again, ".data", errors).ok());
   EXPECT_EQ(again.MaxData, 3);
   EXPECT_EQ(again.ItemRecord[again.DataSpace[2][1]]->ValueName, "5.50..12.50");
-}
-
-// A file that cannot be opened keeps the program's own line; one that cannot
-// be written completely names the file and the reason.
-TEST_F(DiscretiseRun, PairThatCannotBeWrittenFails) {
-  Cut("a, b.\nx: continuous.\n", "1,a\n2,b\n", 0);
-  const std::string missing = dir_ / "no-folder/c";
-  Status status = WriteCategoricalPair(data, missing, cuts_);
-  EXPECT_EQ(status.exit_status(), 1);
-  EXPECT_EQ(status.message(), "rule-discretise: cannot write " + missing + ".names: No such file or directory\n");
-  const std::string full = dir_ / "full";
-  for (const char* extension : {".names", ".data"}) {
-    std::remove((full + ".names").c_str());
-    std::remove((full + ".data").c_str());
-    ASSERT_EQ(symlink("/dev/full", (full + extension).c_str()), 0);
-    status = WriteCategoricalPair(data, full, cuts_);
-    EXPECT_EQ(status.exit_status(), 1);
-    EXPECT_EQ(status.message(), "\nERROR:  cannot write file " + full + extension + ": No space left on device\n");
-  }
 }
 
 }  // namespace

@@ -1,6 +1,6 @@
-// Entropy cut points: worked examples on both sides of the stopping rule,
-// independence of the input order, a plain recomputation of every boundary's
-// entropy on random inputs, and the intervals the cuts make.
+// Entropy cut points against a plain recomputation of every boundary's
+// entropy on random inputs in any order, a cut between neighbouring floats,
+// the intervals the cuts make, and the tree's cuts.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -16,11 +16,6 @@
 namespace {
 
 using Pairs = std::vector<std::pair<float, int>>;
-
-// Cases with the values from..to (step 1) of one class.
-void AddBand(Pairs* p, float from, float to, int cls) {
-  for (float x = from; x <= to; x += 1) p->push_back({x, cls});
-}
 
 // Class entropy in bits, from the proportions.
 double Entropy(const std::vector<int>& counts) {
@@ -86,39 +81,6 @@ Pairs RandomPairs(std::mt19937& rng, int numClasses) {
   return p;
 }
 
-// Gains and what the stopping rule asks, in bits: two bands of 10, 1 against
-// 0.253; three bands of 10, 0.918 against 0.225, then 1 against 0.253 above
-// the first cut; two cases, 1 against 0.40; 0 1 0, 0.252 against 1.324; a
-// Thue-Morse word of 16 cases, 0.066 against 0.419.
-TEST(EntropyCuts, WorkedExamplesOnBothSidesOfTheStoppingRule) {
-  Pairs two, three, noise;
-  AddBand(&two, 1, 10, 0);
-  AddBand(&two, 21, 30, 1);
-  EXPECT_EQ(EntropyCutPoints(two, 2), (std::vector<double>{15.5}));
-  AddBand(&three, 0, 9, 0);
-  AddBand(&three, 20, 29, 1);
-  AddBand(&three, 40, 49, 2);
-  EXPECT_EQ(EntropyCutPoints(three, 3), (std::vector<double>{14.5, 34.5}));
-  EXPECT_EQ(EntropyCutPoints({{1, 0}, {2, 1}}, 2), (std::vector<double>{1.5}));
-  EXPECT_TRUE(EntropyCutPoints({{1, 0}, {2, 1}, {3, 0}}, 2).empty());
-  for (int i = 0; i < 16; ++i) noise.push_back({float(i), __builtin_popcount(i) % 2});
-  EXPECT_TRUE(EntropyCutPoints(noise, 2).empty());
-
-  // Cases that are no known values are passed over.
-  const float nan = std::numeric_limits<float>::quiet_NaN(), inf = std::numeric_limits<float>::infinity();
-  two.insert(two.end(), {{nan, 0}, {inf, 1}, {-inf, 0}, {3, -1}, {3, 2}, {16, 7}});
-  EXPECT_EQ(EntropyCutPoints(two, 2), (std::vector<double>{15.5}));
-  EXPECT_TRUE(EntropyCutPoints(two, 1).empty());  // one class left
-}
-
-TEST(EntropyCuts, NoCutForOneValueOneClassOrNoCase) {
-  Pairs same, oneClass;
-  for (int i = 0; i < 10; ++i) same.push_back({5.0f, i % 2}), oneClass.push_back({float(i), 1});
-  EXPECT_TRUE(EntropyCutPoints(same, 2).empty());
-  EXPECT_TRUE(EntropyCutPoints(oneClass, 2).empty());
-  EXPECT_TRUE(EntropyCutPoints({}, 2).empty());
-}
-
 // Neighbouring floats: the midpoint rounds onto one of them, and the cut
 // must still leave the lower value below it.
 TEST(EntropyCuts, CutBetweenNeighbouringFloatsSeparatesThem) {
@@ -147,35 +109,6 @@ TEST(EntropyCuts, MatchesEveryBoundaryRecomputedFromScratchInAnyOrder) {
     withCuts += !expected.empty();
   }
   EXPECT_GT(withCuts, 500);  // the cases are not all rejected
-}
-
-std::vector<std::string> Names(const std::vector<ContValue>& intervals) {
-  std::vector<std::string> names;
-  for (const ContValue& v : intervals) names.push_back(IntervalItemName(v.Low, v.High));
-  return names;
-}
-
-TEST(EntropyCutIntervals, BoundsCountsAndSpellings) {
-  const std::vector<float> v{1, 2, 2, 3, 10};
-  std::vector<ContValue> in = IntervalsFromCuts(v, {5});
-  EXPECT_EQ(Names(in), (std::vector<std::string>{"[1.00, 5.00]", "[5.00, 11.50]"}));
-  EXPECT_EQ(IntervalSpellings(in), (std::vector<std::string>{"1.00..5.00", "5.00..11.50"}));
-  EXPECT_EQ(in[0].Count, 4);
-  EXPECT_EQ(in[0].Mean, 2.0f);
-  EXPECT_EQ(in[1].Mean, 10.0f);
-
-  // Cuts outside the values or out of order are passed over; an interval
-  // without values has the midpoint of its bounds as its mean.
-  in = IntervalsFromCuts(v, {0.5, 1, 2.5, 2, 4, 6, 10, 11});
-  EXPECT_EQ(Names(in), (std::vector<std::string>{"[1.00, 2.50]", "[2.50, 4.00]", "[4.00, 6.00]",
-                                                 "[6.00, 10.00]", "[10.00, 11.50]"}));
-  EXPECT_EQ(in[2].Count, 0);
-  EXPECT_EQ(in[2].Mean, 5.0f);
-
-  EXPECT_TRUE(IntervalsFromCuts({}, {1}).empty());
-  in = IntervalsFromCuts({7.5f, 7.5f}, {7.5});
-  EXPECT_EQ(Names(in), (std::vector<std::string>{"[7.50, 7.50]"}));
-  EXPECT_EQ(in[0].Count, 2);
 }
 
 // A cut at every midpoint gives the intervals the unsupervised cutter makes
@@ -236,34 +169,6 @@ TEST(TreeCuts, CutInsideTheRegionAnotherAttributeMarksOut) {
   columns[1].push_back(8);
   classes.push_back(-1);
   EXPECT_EQ(TreeCutPoints(columns, classes, 3), (std::vector<std::vector<double>>{{9.5}, {6.5}}));
-}
-
-TEST(TreeCuts, NoCutForTooFewCasesOnASideOrASplitThatDoesNotPay) {
-  // Two cases of B above ten of A: a cut would leave two on one side.
-  std::vector<std::vector<float>> columns(1);
-  std::vector<int> classes;
-  for (int i = 0; i < 12; ++i) {
-    columns[0].push_back(static_cast<float>(i));
-    classes.push_back(i < 10 ? 0 : 1);
-  }
-  EXPECT_EQ(TreeCutPoints(columns, classes, 2), (std::vector<std::vector<double>>{{}}));
-  // Three are enough.
-  columns[0].push_back(12);
-  classes.push_back(1);
-  EXPECT_EQ(TreeCutPoints(columns, classes, 2), (std::vector<std::vector<double>>{{9.5}}));
-
-  // Three cases of B scattered among seventeen of A: every part keeps an
-  // exception, so no subtree is pessimistically better than one leaf.
-  std::vector<std::vector<float>> noisy(1);
-  std::vector<int> noisyClasses;
-  for (int i = 0; i < 20; ++i) {
-    noisy[0].push_back(static_cast<float>(i));
-    noisyClasses.push_back(i == 3 || i == 11 || i == 17 ? 1 : 0);
-  }
-  EXPECT_EQ(TreeCutPoints(noisy, noisyClasses, 2), (std::vector<std::vector<double>>{{}}));
-  // One class, or no attribute, gives nothing.
-  EXPECT_EQ(TreeCutPoints(noisy, noisyClasses, 1), (std::vector<std::vector<double>>{{}}));
-  EXPECT_TRUE(TreeCutPoints({}, noisyClasses, 2).empty());
 }
 
 }  // namespace

@@ -1,7 +1,6 @@
 // Coding cases with cuts learnt from some of them: the cuts see only the
-// training cases, the coded tables read like the written categorical pair,
-// values outside the training range take the nearest interval; and
-// rule-classify cv on a continuous data set.
+// training cases; and rule-classify cv on a continuous data set gives the
+// same output on any number of threads.
 #include <gtest/gtest.h>
 
 #include <string>
@@ -92,50 +91,6 @@ TEST_F(FoldCoding, CutsComeFromTheTrainingCasesOnly) {
   }
 }
 
-TEST_F(FoldCoding, CodedTablesReadLikeTheWrittenPair) {
-  ReadRaw(kNames, Cases("low"));
-  DataSet coded;
-  ASSERT_TRUE(CodeWithCuts(data, LearnEntropyCuts(data, Training()), coded).ok());
-  LabelCases(coded);
-  // size: 2 intervals (items 1, 2), colour (3, 4), the classes last (5, 6).
-  EXPECT_EQ(coded.RealAtt, 3);
-  EXPECT_EQ(coded.MaxItem, 6);
-  EXPECT_EQ(coded.MaxClass, 2);
-  EXPECT_EQ(coded.ItemRecord[1]->AttributeName, "size");
-  EXPECT_EQ(coded.ItemRecord[1]->ValueName, "1.00..5.50");
-  EXPECT_EQ(coded.ItemRecord[2]->ValueName, "5.50..10.50");
-  EXPECT_EQ(coded.ItemRecord[4]->ValueName, "blue");
-  EXPECT_EQ(coded.ItemRecord[6]->ValueName, "high");
-  EXPECT_EQ(coded.SpecialStatus[2], 1);  // id stays ignored
-  EXPECT_EQ(GetAttCode(coded, "5.50..10.50", 0), 2);
-  const auto row = [&](int i) { return std::vector<int>(coded.DataSpace[i], coded.DataSpace[i] + 4); };
-  EXPECT_EQ(row(0), (std::vector<int>{1, 3, 5, 0}));
-  EXPECT_EQ(row(9), (std::vector<int>{2, 4, 6, 1}));
-  EXPECT_EQ(row(10), (std::vector<int>{1, 4, 5, 0}));
-  // 40 lies beyond the last training interval: the nearest one, the last.
-  EXPECT_EQ(row(11), (std::vector<int>{2, 0, 5, 0}));
-  // The raw data set is only read: it codes the same way again.
-  DataSet twice;
-  ASSERT_TRUE(CodeWithCuts(data, LearnEntropyCuts(data, Training()), twice).ok());
-  EXPECT_EQ(twice.DataSpace[11][0], coded.DataSpace[11][0]);
-}
-
-TEST_F(FoldCoding, ValuesBelowAndUnknownAndAttributesWithoutValues) {
-  ReadRaw("a, b.\nx: continuous.\ny: continuous.\n", "3,?,a\n4,?,a\n8,?,b\n9,?,b\n-5,?,a\n?,?,b\n");
-  std::vector<int> training = {0, 1, 2, 3};
-  const std::vector<CutAttribute> cuts = LearnEntropyCuts(data, training);
-  ASSERT_EQ(cuts.size(), 2u);
-  EXPECT_TRUE(cuts[1].Intervals.empty());
-  DataSet coded;
-  ASSERT_TRUE(CodeWithCuts(data, cuts, coded).ok());
-  // y has no known training value: it is ignored and has no column.
-  EXPECT_EQ(coded.SpecialStatus[1], 1);
-  EXPECT_EQ(coded.RealAtt, 2);
-  EXPECT_EQ(coded.DataSpace[4][0], 1);  // -5 below every interval: the first
-  EXPECT_EQ(coded.DataSpace[5][0], 0);  // unknown
-  EXPECT_EQ(coded.DataSpace[5][1], coded.MaxItem);  // class b, the last item
-}
-
 // A continuous data set of three classes: x tells them apart, y is noise.
 std::string GeneratedCases() {
   std::string text;
@@ -163,21 +118,6 @@ TEST(CrossValidateContinuous, CutsEveryFoldAndGivesTheSameOutputOnAnyThreads) {
   EXPECT_GE(std::stod(one.output.substr(mean + 16)), 80.0) << one.output;
   const ProgramRun four = RunProgram("rule-classify", "cv -f m -k 5", dir.path(), "RULE_THREADS=4");
   EXPECT_EQ(four.output, one.output);
-}
-
-TEST(CrossValidateContinuous, TrainTestAndPredictPointToTheDiscretiser) {
-  TempDir dir;
-  WriteFile(dir / "m.names", "p, q, r.\nx: continuous.\ny: continuous.\n");
-  WriteFile(dir / "m.data", GeneratedCases());
-  for (const char* args : {"train -f m -o m.rules", "test -f m -R m.rules", "predict -f m -R m.rules"}) {
-    SCOPED_TRACE(args);
-    const ProgramRun run = RunProgram("rule-classify", args, dir.path());
-    EXPECT_EQ(run.status, 1);
-    EXPECT_NE((run.output + run.errors).find("declares the continuous attribute x; cut it into intervals first "
-                                             "with rule-discretise"),
-              std::string::npos)
-        << run.output << run.errors;
-  }
 }
 
 }  // namespace

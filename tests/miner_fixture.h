@@ -159,7 +159,6 @@ inline TreeNode* NodeOf(const CandidateTree& tree, const std::vector<int>& items
   return node;
 }
 
-inline std::vector<int> FlagsOf(const TreeNode* n) { return {n->TargetFlag, n->TargetFlag + n->Length}; }
 inline std::vector<int> ItemsOf(const TreeNode* n) { return {n->ItemSet, n->ItemSet + n->Length}; }
 inline std::vector<int> AntecedentOf(const RuleRecord* r) { return {r->Antecedent, r->Antecedent + r->Len}; }
 

@@ -1,6 +1,6 @@
-// Preparing mined rules and cases for classification, building and printing
-// a classifier, the rules a names file can hold, and the folds of
-// cross-validation.
+// Preparing mined rules and cases for classification, the one-item rules
+// with exceptions, and the folds of cross-validation (whole runs of
+// rule-classify are in fixtures/classify).
 #include <algorithm>
 #include <map>
 #include <string>
@@ -65,63 +65,6 @@ TEST_F(ClassifierPrep, OneItemRulesWithExceptionsAreAddedAtTheirThresholds) {
   EXPECT_EQ(RulesOf(none).size(), 0u);
 }
 
-TEST_F(ClassifierPrep, MisfitNamesTheFirstRuleTheNamesFileCannotHold) {
-  data.MaxItem = 6;  // values 1-4, classes 0-1
-  data.MaxClass = 2;
-  EXPECT_EQ(RulesMisfit(rules, data), "");
-  AddRule(rules, {1, 4}, 1);
-  rules.DefaultClass = -1;
-  EXPECT_EQ(RulesMisfit(rules, data), "");
-  rules.DefaultClass = 2;
-  EXPECT_EQ(RulesMisfit(rules, data), "the default class 2 is no class index from -1 to 1");
-  rules.DefaultClass = 0;
-  rules.NumOfRules = 3;
-  EXPECT_EQ(RulesMisfit(rules, data), "it declares 3 rules but holds 1");
-  rules.NumOfRules = 1;
-  AddRule(rules, {5}, 0);
-  EXPECT_EQ(RulesMisfit(rules, data), "rule 2 has item code 5, but the attribute values run from 1 to 4");
-  rules.Last->Antecedent[0] = 2;
-  rules.Last->Target = -1;
-  EXPECT_EQ(RulesMisfit(rules, data), "rule 2 has target -1, but the class indexes run from 0 to 1");
-}
-
-// The training run of the classify fixtures (--order errors --cutoff off
-// --guard off --one-item off), in-process: the layer reports, the classifier and its test on the
-// training cases.
-TEST_F(ClassifierPrep, ToyClassifierIsBuiltPrintedAndTestedAsTheProgramDoes) {
-  const std::string fixtures = std::string(SOURCE_DIR) + "/tests/fixtures/classify/";
-  Load(ReadFile(fixtures + "toy.names"), ReadFile(fixtures + "toy.data"));
-  data.FileName = "toy";
-  LabelCases(data);
-  std::FILE* file = out.file();
-  ClassifierSettings settings;
-  settings.ByErrorRate = false;
-  settings.CutOff = false;
-  settings.MajorityGuard = false;
-  settings.OneItemRules = false;
-  RuleSet built = BuildClassifier(data, settings, file,
-                                  [file](int layer, const MinedRules& run) { PrintLayerReport(layer, run, file); });
-  PrintClassifier(built, data, file);
-  TestSingle(built, data, file);
-  EXPECT_EQ(out.Take(), ReadFile(fixtures + "expected/train.out"));
-  ASSERT_EQ(RulesOf(built).size(), 2u);
-  EXPECT_EQ(built.DefaultClass, 0);
-}
-
-TEST_F(ClassifierPrep, PrintedClassifierNamesUnknownItemsAndClasses) {
-  SetCases({{1}}, {0}, 1);
-  data.ClassName = {"yes"};
-  AddRule(rules, {}, 0, 4, 1.0f);
-  AddRule(rules, {3}, 5, 2, 0.25f);
-  rules.DefaultClass = -1;
-  PrintClassifier(rules, data, out.file());
-  EXPECT_EQ(out.Take(),
-            "\nClassifier of 2 rules, default class (none)\n"
-            "   1: (every case) -> yes  (support 4, confidence 1.0000)\n"
-            "   2: ? = ? -> (none)  (support 2, confidence 0.2500)\n"
-            "   default: (none)\n");
-}
-
 TEST(StratifiedFolds, DealsEachClassEvenlyAndRepeatsFromTheSeed) {
   std::vector<int> labels;
   for (int i = 0; i < 53; ++i) labels.push_back(i % 3 == 0 ? 2 : (i % 5 == 0 ? -1 : 0));
@@ -141,26 +84,5 @@ TEST(StratifiedFolds, DealsEachClassEvenlyAndRepeatsFromTheSeed) {
 }
 
 using Folds = RuletestWorld;
-
-// A fold's training and test sets are the data set's own rows, in order,
-// with its tables and stem; the data set itself stays whole.
-TEST_F(Folds, SplitSharesTheRowsOfTheOneDataSet) {
-  SetCases({{1}, {2}, {3}, {4}, {5}}, {0, 1, 0, 1, 0}, 2);
-  data.ClassName = {"a", "b"};
-  const std::vector<int> fold = {1, 0, 1, 2, 0};
-  for (int f = 0; f < 3; ++f) {
-    const FoldSplit split = SplitFold(data, fold, f);
-    std::vector<const short*> training, testing;
-    for (int i = 0; i < data.MaxData; ++i) (fold[i] == f ? testing : training).push_back(data.DataSpace[i]);
-    EXPECT_EQ(std::vector<const short*>(split.Training.DataSpace.begin(), split.Training.DataSpace.end()), training);
-    EXPECT_EQ(std::vector<const short*>(split.Testing.DataSpace.begin(), split.Testing.DataSpace.end()), testing);
-    EXPECT_EQ(split.Training.MaxData + split.Testing.MaxData, 5);
-    EXPECT_EQ(split.Testing.FileName, "toy");
-    EXPECT_EQ(split.Training.ClassName, data.ClassName);
-    EXPECT_EQ(split.Testing.RealAtt, data.RealAtt);
-  }
-  EXPECT_EQ(data.MaxData, 5);
-  EXPECT_EQ(data.DataSpace.size(), 5u);
-}
 
 }  // namespace

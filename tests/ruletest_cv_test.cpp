@@ -39,15 +39,6 @@ TEST_F(CrossValidation, OneThreadAndFourGiveTheSameOutput) {
   EXPECT_EQ(Cv("-f toy -k 2", 1).output, golden_);
 }
 
-TEST_F(CrossValidation, SharedDataSetGivesTheSameOutputOnAnyNumberOfThreads) {
-  const std::string stem = SharedDir() + "/data/tic-tac-toe";
-  if (!FileExists(stem + ".data")) GTEST_SKIP() << "no shared tic-tac-toe data here";
-  const ProgramRun one = Cv("-f '" + stem + "' -k 5", 1);
-  ASSERT_EQ(one.status, 0);
-  EXPECT_NE(one.output.find("fold 5: "), std::string::npos);
-  EXPECT_EQ(Cv("-f '" + stem + "' -k 5", 4).output, one.output);
-}
-
 // What reading the files prints comes again before every later fold, as
 // when each fold read them.
 TEST_F(CrossValidation, ReadingMessagesComeOncePerFold) {

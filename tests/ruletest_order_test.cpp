@@ -1,5 +1,6 @@
-// Ordering rules into a first-match classifier, the steps it is made of,
-// trimming, and the ways of setting the default class.
+// Ordering rules into a first-match classifier, by fewest errors and by
+// pessimistic error rate, trimming, and the library's table operations the
+// programs do not call (choosing, taking out, swapping, the defaults).
 #include <vector>
 
 #include "evaluation/evaluation.h"
@@ -47,15 +48,6 @@ TEST_F(Ordering, HighMinConfSetsErringRulesAsideAndDiscardDropsLongOnes) {
     EXPECT_EQ(RulesOf(set), expected);
     EXPECT_EQ(set.DefaultClass, 0);  // counts (1, 1): the lower class
   }
-}
-
-// Erring rules with as many wrong cases each are placed in their given order.
-TEST_F(Ordering, TheFirstOfEquallyErringRulesGoesFirst) {
-  SetCases({{1}, {1}, {2}, {2}}, {0, 1, 1, 0}, 2);
-  RuleRecord* a = AddRule(rules, {1}, 0);
-  RuleRecord* b = AddRule(rules, {2}, 1);
-  OrderRuleAndSetDefault(rules, data, {0.5f, 0.5f}, Order(0.0f));
-  EXPECT_EQ(RulesOf(rules), (std::vector<RuleRecord*>{a, b}));
 }
 
 // The steps of the ordering on a hand-made table of three rules and four

@@ -18,22 +18,6 @@ using testing_support::RuletestWorld;
 
 using RuleChoosing = RuletestWorld;
 
-TEST(RuleStatistics, ChiSquareOfTheTwoByTwoTable) {
-  RuleSet rules;
-  // 100 cases: antecedent 40, class 50, both 30 -> table 30 10 / 20 40.
-  const RuleRecord* r = AddRule(rules, {1}, 0, 30, 0.75f, 40, 50);
-  const double expected = 100.0 * (30 * 40 - 10 * 20) * (30 * 40 - 10 * 20) / (40.0 * 60 * 50 * 50);
-  EXPECT_NEAR(RuleChiSquare(*r, 100), expected, 1e-9);
-  EXPECT_TRUE(PositivelyCorrelated(*r, 100));
-  // The largest chi-square for these margins: both = 40, table 40 0 / 10 50.
-  const double most = 100.0 * (40 * 50 - 0 * 10) * (40 * 50 - 0 * 10) / (40.0 * 60 * 50 * 50);
-  EXPECT_NEAR(RuleMaxChiSquare(*r, 100), most, 1e-9);
-  // Degenerate margins give 0, not a division by zero.
-  const RuleRecord* everywhere = AddRule(rules, {2}, 0, 50, 0.5f, 100, 50);
-  EXPECT_EQ(RuleChiSquare(*everywhere, 100), 0.0);
-  EXPECT_EQ(RuleMaxChiSquare(*everywhere, 100), 0.0);
-}
-
 TEST(RuleStatistics, PruningKeepsSignificantPositiveRulesInOrder) {
   RuleSet rules;
   AddRule(rules, {1}, 0, 30, 0.75f, 40, 50);  // chi-square about 16.7
@@ -45,15 +29,6 @@ TEST(RuleStatistics, PruningKeepsSignificantPositiveRulesInOrder) {
   ASSERT_EQ(kept.size(), 2u);
   EXPECT_EQ(AntecedentOf(kept[0]), std::vector<int>{1});
   EXPECT_EQ(AntecedentOf(kept[1]), std::vector<int>{4});
-}
-
-TEST(RuleStatistics, PessimisticErrorsLieAboveTheObservedOnes) {
-  EXPECT_EQ(PessimisticErrors(0, 0), 0.0);
-  EXPECT_GT(PessimisticErrors(10, 0), 0.0);
-  EXPECT_GT(PessimisticErrors(10, 2), 2.0);
-  EXPECT_LT(PessimisticErrors(10, 2), 5.0);
-  // The same error rate weighs less on more cases.
-  EXPECT_LT(PessimisticErrors(1000, 200) / 1000, PessimisticErrors(10, 2) / 10);
 }
 
 TEST_F(RuleChoosing, CoverageKeepsARuleOnlyWhileItsCasesStillCount) {
@@ -85,13 +60,6 @@ TEST_F(RuleChoosing, CoverageKeepsARuleOnlyWhileItsCasesStillCount) {
   ASSERT_EQ(kept.size(), 3u);
   EXPECT_EQ(AntecedentOf(kept[1]), std::vector<int>{5});
   EXPECT_EQ(AntecedentOf(kept[2]), std::vector<int>{6});
-}
-
-TEST_F(RuleChoosing, CoverageDefaultIsTheClassOfTheUncoveredCases) {
-  SetCases({{1}, {1}, {2}, {3}, {4}}, {0, 0, 1, 1, 0}, 2);
-  AddRule(rules, {1}, 0);
-  CoverCases(rules, data, 1);
-  EXPECT_EQ(rules.DefaultClass, 1);  // cases 2 and 3 against case 4
 }
 
 TEST_F(RuleChoosing, CutOffKeepsTheShortestPrefixWithTheFewestEstimatedErrors) {
@@ -199,17 +167,6 @@ TEST_F(RuleChoosing, GuardFallsBackOnTheMajorityWhenTheRulesLearnNothing) {
   small.GuardCases = 100;
   EXPECT_FALSE(FallBackOnMajority(unguarded, data, small));
   EXPECT_GT(unguarded.NumOfRules, 0);
-}
-
-TEST_F(RuleChoosing, GuardKeepsRulesThatLearnSomething) {
-  std::string names, text;
-  WriteSet(true, names, text);
-  Load(names, text);
-  LabelCases(data);
-  RuleSet rules = Guarded(data, true);
-  EXPECT_GT(rules.NumOfRules, 0);
-  EXPECT_FALSE(FallBackOnMajority(rules, data, ClassifierSettings()));
-  EXPECT_EQ(CountRight(rules, data, Decision::kFirstMatch, data.MaxData), 120);
 }
 
 }  // namespace

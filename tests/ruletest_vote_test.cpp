@@ -1,5 +1,5 @@
-// Predicting a case's class by first match and by the confidence-weighted
-// vote of the first covering rules, and the vote test's report.
+// The confidence-weighted vote of the first covering rules: equal sums, and
+// the report's count of unknown classes and uncovered cases.
 #include <string>
 
 #include "evaluation/evaluation.h"
@@ -11,37 +11,6 @@ using testing_support::AddRule;
 using testing_support::RuletestWorld;
 
 using Vote = RuletestWorld;
-
-TEST_F(Vote, FirstMatchNamesTheDecidingRuleOrTheDefault) {
-  SetCases({{1, 2}, {3, 4}}, {0, 1}, 2);
-  AddRule(rules, {4}, 1);
-  const RuleRecord* second = AddRule(rules, {1}, 0);
-  AddRule(rules, {2}, 1);
-  rules.DefaultClass = 1;
-  const Prediction covered = PredictFirst(rules, data, data.DataSpace[0]);
-  EXPECT_EQ(covered.Class, 0);
-  EXPECT_EQ(covered.Rule, second);
-  EXPECT_EQ(covered.Position, 2);
-  SetCases({{5, 6}}, {0}, 2);
-  const Prediction uncovered = PredictFirst(rules, data, data.DataSpace[0]);
-  EXPECT_EQ(uncovered.Class, 1);
-  EXPECT_EQ(uncovered.Rule, nullptr);
-  EXPECT_EQ(uncovered.Position, 0);
-}
-
-TEST_F(Vote, ConfidenceSumsDecideNotTheNumberOfVoters) {
-  SetCases({{1, 2}}, {0}, 3);
-  AddRule(rules, {1}, 0, 1, 0.4f);
-  AddRule(rules, {2}, 0, 1, 0.4f);
-  const RuleRecord* strong = AddRule(rules, {1, 2}, 2, 1, 0.9f);
-  AddRule(rules, {7}, 2, 1, 1.0f);  // covers nothing: no vote
-  const Prediction p = PredictVote(rules, data, data.DataSpace[0], VoteSettings());
-  EXPECT_EQ(p.Class, 2);
-  EXPECT_EQ(p.Rule, strong);
-  EXPECT_EQ(p.Position, 3);
-  // The first covering rule would have said class 0.
-  EXPECT_EQ(PredictFirst(rules, data, data.DataSpace[0]).Class, 0);
-}
 
 TEST_F(Vote, EqualSumsGoToTheEarlierPlacedRulesClass) {
   // Class 1 votes first with 0.5; class 0 reaches the same 0.5 in two votes.
@@ -64,33 +33,6 @@ TEST_F(Vote, EqualSumsGoToTheEarlierPlacedRulesClass) {
   EXPECT_EQ(p.Class, 0);
   EXPECT_EQ(p.Rule, earliest);
   EXPECT_EQ(p.Position, 1);
-}
-
-TEST_F(Vote, OnlyTheFirstCoveringRulesVote) {
-  SetCases({{1}}, {0}, 2);
-  AddRule(rules, {9}, 1, 1, 1.0f);  // not covering: not one of the voters
-  for (int k = 0; k < 5; ++k) AddRule(rules, {1}, 0, 1, 0.1f);
-  AddRule(rules, {1}, 1, 1, 1.0f);
-  EXPECT_EQ(PredictVote(rules, data, data.DataSpace[0], VoteSettings()).Class, 0);
-  VoteSettings six;
-  six.Voters = 6;
-  const Prediction p = PredictVote(rules, data, data.DataSpace[0], six);
-  EXPECT_EQ(p.Class, 1);
-  EXPECT_EQ(p.Position, 7);
-}
-
-TEST_F(Vote, UncoveredCasesAndTargetsOutsideTheClassesFallToTheDefault) {
-  SetCases({{1}, {2}}, {0, 0}, 2);
-  AddRule(rules, {1}, 5, 1, 1.0f);  // no class index: a voter whose vote does not count
-  rules.DefaultClass = 1;
-  for (int i = 0; i < 2; ++i) {
-    const Prediction p = PredictVote(rules, data, data.DataSpace[i], VoteSettings());
-    EXPECT_EQ(p.Class, 1);
-    EXPECT_EQ(p.Rule, nullptr);
-    EXPECT_EQ(p.Position, 0);
-  }
-  rules.DefaultClass = -1;
-  EXPECT_EQ(PredictVote(rules, data, data.DataSpace[1], VoteSettings()).Class, -1);
 }
 
 TEST_F(Vote, ReportCountsUnknownClassesAsMissesAndUnpredictedCasesAsNeither) {

@@ -4,6 +4,7 @@
 // Skipped when Debian's chromium is not installed.
 #include <gtest/gtest.h>
 
+#include <cstdio>
 #include <string>
 
 #include "test_support.h"
@@ -35,7 +36,8 @@ class ShowBrowser : public ::testing::Test {
   // the file name (a #view).
   std::string Dom(const std::string& page, const std::string& address = "") {
     const std::string command = "timeout 120 " + std::string(kChromium) +
-                                " --headless --disable-gpu --no-sandbox --user-data-dir='" + (dir_ / "profile") +
+                                " --headless --no-sandbox --disable-gpu --disable-quic --no-first-run --disable-background-networking"
+                                " --disable-component-update --disable-sync --user-data-dir='" + (dir_ / "profile") +
                                 "' --dump-dom 'file://" + (dir_ / page) + address + "' 2>/dev/null";
     const testing_support::ProgramRun run = RunProgram("sh", command, dir_.path());
     EXPECT_EQ(run.status, 0) << run.errors;
@@ -80,6 +82,40 @@ TEST_F(ShowBrowser, SortAndFiltersOfThePage) {
   dom = Dom("stay.html");
   EXPECT_EQ(Count(dom, "<tr class=\"rule"), 3u);
   EXPECT_EQ(Count(dom, "<circle class=\"cell\""), 3u);
+}
+
+// Half a million rules: the page opens, shows one page of the table, a
+// density view in place of the points and a bounded matrix.
+TEST_F(ShowBrowser, HalfAMillionRulesArePagedAndBinned) {
+  const long rules = 500000, cases = 1000;
+  std::string text = "confidence, 0.500000, support, 0.010000, RuleNumber, " + std::to_string(rules) + ", \n" +
+                     "index, sup(Pc), sup(P[nC]), sup([nP]C), sup([nP][nC]), sup(P), sup[C], confdice, chi, lift, "
+                     "leverage, target, value, att1, value1, att2, value2, att3, value3, att4, value4, att5, value5, "
+                     "att6, value 6\n";
+  char line[256];
+  for (long i = 1; i <= rules; ++i) {
+    const long a = 10 + i % 290, b = i % 7 * (a / 14), c = i % 301, d = cases - a - b - c;
+    const double n = cases, lift = n * a / ((a + b) * (a + c)), leverage = a / n - (a + b) * (a + c) / (n * n);
+    const double chi = n * (a * d - b * c) * static_cast<double>(a * d - b * c) / ((a + b) * (c + d) * (a + c) * (b + d));
+    std::snprintf(line, sizeof line, "%ld, %ld, %ld, %ld, %ld, %ld, %ld, %.6f, %.6f, %.6f, %.6f, t%ld, v, x%ld, v, y%ld, v, \n",
+                  i, a, b, c, d, a + b, a + c, static_cast<double>(a) / (a + b), chi, lift, leverage, i % 40,
+                  i % 997, i % 13);
+    text += line;
+  }
+  testing_support::WriteFile(dir_ / "bigrule.csv", text);
+  const testing_support::ProgramRun page = RunProgram("rule-show", "--html big.html bigrule.csv", dir_.path());
+  ASSERT_EQ(page.status, 0) << page.output << page.errors;
+  const std::string dom = Dom("big.html", "#sort=lift&page=3");
+  EXPECT_EQ(Count(dom, "<tr class=\"rule"), 100u);
+  EXPECT_NE(dom.find("500000 of 500000 rules pass the filters; rules 201 to 300 shown (page 3 of 5000)."),
+            std::string::npos);
+  EXPECT_EQ(Count(dom, "<circle class=\"point\""), 0u);
+  EXPECT_GT(Count(dom, "<rect class=\"bin\""), 10u);
+  EXPECT_NE(dom.find("Density: the 500000 rules that pass the filters"), std::string::npos);
+  const size_t cells = Count(dom, "<circle class=\"cell\"");
+  EXPECT_GT(cells, 0u);
+  EXPECT_LE(cells, 400u);
+  EXPECT_NE(dom.find("The 20 of "), std::string::npos);
 }
 
 }  // namespace

@@ -1,6 +1,6 @@
 // rule-show: reading rule files back (hostile names, damaged files), the
-// order and filters of the rules shown, the escaping of the text formats,
-// and whole runs of the program on the rules the miner finds in a small set.
+// filters of the rules shown, the escaping of the text formats, and whole
+// runs of the program on the rules the miner finds in a small set.
 #include <gtest/gtest.h>
 
 #include <string>
@@ -129,20 +129,6 @@ TEST(ShowRuleFile, DamagedFilesNameTheLine) {
   EXPECT_EQ(error.Message(), dir.path() + ": cannot read the rule file: Is a directory");
 }
 
-TEST(ShowRuleFile, ClassNameFromTheNamesFileBeside) {
-  EXPECT_EQ(show::NamesFileBeside("d/picnicrule.csv"), "d/picnic.names");
-  EXPECT_EQ(show::NamesFileBeside("rule.csv"), ".names");
-  EXPECT_EQ(show::NamesFileBeside("rules.csv"), "");
-  TempDir dir;
-  WriteFile(dir / "a.names", "| class attribute: will go\r\ngo, stay.\n");
-  WriteFile(dir / "b.names", "|  class attribute: x\ngo, stay.\n");
-  WriteFile(dir / "c.names", "| class attribute: \n");
-  EXPECT_EQ(show::ReadClassName(dir / "a.names"), "will go");
-  EXPECT_EQ(show::ReadClassName(dir / "b.names"), "");
-  EXPECT_EQ(show::ReadClassName(dir / "c.names"), "");
-  EXPECT_EQ(show::ReadClassName(dir / "none.names"), "");
-}
-
 // Rules of ten cases: 1 and 3 trivial (target in every case, antecedent in
 // every case), the rest ordinary with ties.
 show::RuleFile Ranked() {
@@ -161,33 +147,6 @@ std::vector<long> Order(const show::RuleFile& file, const show::Selection& selec
   std::vector<long> indices;
   for (const show::Rule* rule : show::Select(file, selection, naming)) indices.push_back(rule->index);
   return indices;
-}
-
-TEST(ShowSelect, TrivialRulesGoLastUnderEverySortAndTiesKeepFileOrder) {
-  const show::RuleFile file = Ranked();
-  EXPECT_TRUE(file.rules[0].Trivial());
-  EXPECT_TRUE(file.rules[2].Trivial());
-  EXPECT_FALSE(file.rules[1].Trivial());
-  show::Selection s;
-  EXPECT_EQ(Order(file, s), (std::vector<long>{2, 4, 5, 1, 3}));
-  s.sort = show::SortKey::kChi;
-  EXPECT_EQ(Order(file, s), (std::vector<long>{2, 5, 4, 1, 3}));
-  s.sort = show::SortKey::kLift;
-  EXPECT_EQ(Order(file, s), (std::vector<long>{4, 2, 5, 1, 3}));
-  s.sort = show::SortKey::kCount;
-  EXPECT_EQ(Order(file, s), (std::vector<long>{2, 5, 4, 3, 1}));
-  s.sort = show::SortKey::kSupport;
-  EXPECT_EQ(Order(file, s), (std::vector<long>{2, 5, 4, 3, 1}));
-  s.sort = show::SortKey::kConfidence;
-  EXPECT_EQ(Order(file, s), (std::vector<long>{2, 5, 4, 1, 3}));
-  s.top = 1;
-  EXPECT_EQ(Order(file, s), (std::vector<long>{2}));
-  s.top = 0;
-  EXPECT_TRUE(Order(file, s).empty());
-  show::SortKey key;
-  EXPECT_TRUE(show::ParseSortKey("leverage", key));
-  EXPECT_EQ(key, show::SortKey::kLeverage);
-  EXPECT_FALSE(show::ParseSortKey("Lift", key));
 }
 
 TEST(ShowSelect, FiltersOnMeasuresTargetsAndItems) {
@@ -216,12 +175,6 @@ TEST(ShowSelect, FiltersOnMeasuresTargetsAndItems) {
   EXPECT_EQ(Order(file, s), (std::vector<long>{4}));
   s.contains = {"wind=a"};
   EXPECT_TRUE(Order(file, s).empty());
-}
-
-TEST(ShowFormats, ItemsSpelledWithTheClassName) {
-  const show::RuleFile file = Ranked();
-  EXPECT_EQ(show::Naming{}.Text(file.rules[3]), "{Class=stay, x=y} => {wind=a=b}");
-  EXPECT_EQ(show::Naming{"decision"}.Text(file.rules[3]), "{decision=stay, x=y} => {wind=a=b}");
 }
 
 TEST(ShowFormats, JsonAndCsvEscaping) {

@@ -1,5 +1,5 @@
-// The candidate tree's node operations, the subset search, and the listings
-// that the run does not print: linking, deletion holes, compaction, release.
+// The candidate tree's operations the run does not call: the subset search,
+// the release of a tree, and the listings by name and by layer.
 #include <gtest/gtest.h>
 
 #include "miner_fixture.h"
@@ -19,47 +19,6 @@ class TreeTest : public MinerTest {
     BuildFirstLayers(2);
   }
 };
-
-TEST_F(TreeTest, NodesAreMadeWithTheirPerPositionData) {
-  SetRows(4, 2, {});
-  data.MaxData = 120;
-  InitialCount(run.Counts, data);
-  run.Counts.Counter1[3] = 30;
-  TreeNode root{};
-  root.Item = -1;
-  TreeNode* node = NewNode(run.Tree, &root, 3, run.Counts, data.MaxData);
-  EXPECT_EQ(node->Support, 30);
-  EXPECT_EQ(node->SubSupport[0], 120);
-  EXPECT_FLOAT_EQ(node->Confidence[0], 0.25f);
-  EXPECT_EQ(node->TargetFlag[0], -1) << "65535 in 16 bits";
-  EXPECT_EQ(run.Tree.TreeSize, 1);
-
-  // The sons' subsets, flags and supports are checked on generated trees by
-  // the brute-force test.
-  DeleteNode(run.Tree, node);
-  EXPECT_EQ(run.Tree.TreeSize, 0);
-}
-
-TEST_F(TreeTest, DeletionLeavesAHoleThatCompactionPacks) {
-  Build();
-  TreeNode* one = testing_support::NodeOf(run.Tree, {1});
-  ASSERT_EQ(one->NumOfSon, 2);
-  one->Son[0] = DeleteNode(run.Tree, one->Son[0]);
-  EXPECT_EQ(one->NumOfSon, 1);
-  EXPECT_EQ(one->Son[0], nullptr);
-  EXPECT_EQ(ReOrderSon(one), 0) << "one son packed";
-  EXPECT_EQ(ItemsOf(one->Son[0]), (std::vector<int>{1, 5}));
-  EXPECT_EQ(one->SonCapacity, 2);
-
-  TreeNode* five = testing_support::NodeOf(run.Tree, {5});
-  EXPECT_EQ(ReOrderSon(five), 0);
-  EXPECT_EQ(five->Son, nullptr) << "a node that never had a son keeps no array";
-
-  // Linking keeps a free slot after the last son.
-  for (int i = 0; i < 9; ++i) LinkSon(five, NewEmptyNode(run.Tree, five, 6, data.MaxItem));
-  EXPECT_GT(five->SonCapacity, five->NumOfSon);
-  EXPECT_EQ(five->Son[8]->Token, -2);
-}
 
 TEST_F(TreeTest, SubsetSearchSkipsEmptyNodesAndReleaseCountsDown) {
   Build();

@@ -16,9 +16,11 @@ namespace show {
 std::string HtmlReport(const RuleFile& file, const std::vector<const Rule*>& rules, const Naming& naming);
 
 // The rules as the JSON blob of the page: {"file", "cases", "total",
-// "confidence", "support", "items": [spelling...], "rules": [[index, a, b, c,
-// d, confidence, chi, lift, leverage, trivial, target item, [antecedent
-// items]]...]}, escaped to stand inside a <script> element.
+// "confidence", "support", "items": [spelling...], "rules": {"index": [...],
+// "a", "b", "c", "d", "confidence", "chi", "lift", "leverage", "trivial" (0
+// or 1), "target" (item numbers), "items" (the antecedents' item numbers one
+// after another), "ends" (where each rule's antecedent ends in "items")}},
+// one array per field, escaped to stand inside a <script> element.
 std::string ReportData(const RuleFile& file, const std::vector<const Rule*>& rules, const Naming& naming);
 
 // Text for an HTML element or attribute: & < > " ' as character references.
