@@ -11,6 +11,7 @@
 #include "base/console.h"
 #include "base/numbers.h"
 #include "base/parallel.h"
+#include "base/staged_file.h"
 #include "common/command_line.h"
 #include "input/readers.h"
 #include "mining/mining.h"
@@ -116,5 +117,6 @@ int RunAnalyse(int argc, char** argv) {
 }  // namespace
 
 int main(int argc, char** argv) {
-  return GuardedRun([&] { return RunAnalyse(argc, argv); });
+  CheckedStandardOutput out;
+  return out.Finish("rule-analyse", GuardedRun([&] { return RunAnalyse(argc, argv); }));
 }

@@ -8,9 +8,9 @@
 #include <string>
 
 #include "base/console.h"
+#include "base/staged_file.h"
 #include "show/formats.h"
 #include "show/html.h"
-#include "base/staged_file.h"
 #include "show/rulefile.h"
 #include "show/select.h"
 
@@ -146,5 +146,6 @@ int Run(int argc, char** argv) {
 }  // namespace
 
 int main(int argc, char** argv) {
-  return GuardedRun([&] { return Run(argc, argv); });
+  CheckedStandardOutput out;
+  return out.Finish("rule-show", GuardedRun([&] { return Run(argc, argv); }));
 }

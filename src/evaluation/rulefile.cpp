@@ -8,6 +8,7 @@
 #include <string>
 
 #include "base/files.h"
+#include "base/staged_file.h"
 #include "evaluation/evaluation.h"
 
 namespace {
@@ -18,8 +19,10 @@ Status CannotOpen() { return Status(StatusKind::CannotOpen, 1, "Can not Open Fil
 
 Status WriteRule(const RuleSet& rules, const std::string& fileName, float conf, float support, int maxLayer,
                  float minImp) {
-  std::FILE* f = XFopen(fileName, "w");
-  if (!f) return CannotOpen();
+  PendingFile file;
+  std::string reason;
+  if (!file.Open(fileName, reason)) return CannotOpen();
+  std::FILE* f = file.stream();
   std::fprintf(f, "%f, %f, %d, %f, ", static_cast<double>(conf), static_cast<double>(support), maxLayer,
                static_cast<double>(minImp));
   std::fprintf(f, "%d %d ", rules.NumOfRules, rules.DefaultClass);
@@ -28,7 +31,8 @@ Status WriteRule(const RuleSet& rules, const std::string& fileName, float conf, 
     for (int i = 0; i < r->Len; ++i) std::fprintf(f, "%d ", r->Antecedent[i]);
     std::fprintf(f, "%d ", r->Target);
   }
-  return CloseWritten(f, fileName);
+  if (!file.Commit(reason)) return WriteFailure(fileName, file.error());
+  return Status();
 }
 
 namespace {
