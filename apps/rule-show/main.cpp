@@ -8,6 +8,7 @@
 #include <string>
 
 #include "base/console.h"
+#include "base/numbers.h"
 #include "base/staged_file.h"
 #include "show/formats.h"
 #include "show/html.h"
@@ -44,11 +45,8 @@ int CannotWrite(const std::string& path, const std::string& reason) {
   return 1;
 }
 
-bool ParseBound(const char* text, double& value) {
-  char* end = nullptr;
-  value = std::strtod(text, &end);
-  return *text != '\0' && *end == '\0' && std::isfinite(value);
-}
+// A lower bound: a decimal number of 0 or more.
+bool ParseBound(const std::string& text, double& value) { return ParseNumber(text, value) && value >= 0; }
 
 int Run(int argc, char** argv) {
   enum { kSort = 256, kTop, kMinSupport, kMinConfidence, kMinLift, kTarget, kContains, kFormat, kHtml };
@@ -97,7 +95,8 @@ int Run(int argc, char** argv) {
       case kMinSupport:
       case kMinConfidence:
       case kMinLift:
-        if (!ParseBound(value.c_str(), bound)) return Usage("a number expected, not \"" + value + "\"");
+        if (!ParseBound(value, bound))
+          return Usage(std::string(argv[optind - 2]) + " takes a number of 0 or more, not \"" + value + "\"");
         (option == kMinSupport ? selection.minSupport
                                : option == kMinConfidence ? selection.minConfidence : selection.minLift) = bound;
         break;

@@ -2,12 +2,14 @@
 // mined with, its rule count and default class, and the rules themselves.
 #include <cerrno>
 #include <cctype>
+#include <cmath>
 #include <climits>
 #include <cstdio>
 #include <cstdlib>
 #include <string>
 
 #include "base/files.h"
+#include "base/numbers.h"
 #include "base/staged_file.h"
 #include "evaluation/evaluation.h"
 
@@ -79,11 +81,13 @@ class Fields {
     SkipBlanks();
     if (pos_ >= text_.size()) return false;
     const char* start = text_.c_str() + pos_;
-    char* end = nullptr;
-    float v = std::strtof(start, &end);
-    if (end == start) return false;
+    const size_t length = DecimalLength(start);
+    const float v = length ? std::strtof(start, nullptr) : 0.0f;
+    const char after = start[length];
+    if (length == 0 || !std::isfinite(v) || (after != '\0' && after != ',' && !std::isspace(static_cast<unsigned char>(after))))
+      return false;
     value = v;
-    pos_ += static_cast<size_t>(end - start);
+    pos_ += length;
     return true;
   }
 
@@ -142,7 +146,7 @@ Status ReadRule(RuleSet& rules, const std::string& fileName, std::FILE* out) {
     const char* failed = nullptr;
     if (!in.Int(len)) failed = "the antecedent length";
     else if (len < 0) failed = "a non-negative antecedent length";
-    else if (!in.Float(score)) failed = "the score";
+    else if (!in.Float(score)) failed = "a finite decimal score";
     else if (!in.Int(supp)) failed = "the support";
     else if (!in.Int(priority)) failed = "the priority";
     // Each item and the target take a blank and a digit at least, so a length

@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <climits>
 #include <cmath>
 #include <cstdlib>
 #include <cstring>
@@ -171,12 +172,13 @@ void KeepKeywordFromFront(ImportedColumn& column, std::vector<std::string>& raws
   if (k < column.Values.size()) {
     std::rotate(order.begin(), order.begin() + static_cast<long>(k), order.begin() + static_cast<long>(k) + 1);
   } else {
+    // The first value takes a capital, which no keyword has ("discrete1"
+    // becomes "Discrete1"), and a number after it when that is taken.
     const std::unordered_set<std::string> taken(column.Values.begin(), column.Values.end());
-    std::string spelling;
-    for (int n = 2;; ++n) {
-      spelling = column.Values[0] + "~" + std::to_string(n);
-      if (!taken.count(spelling)) break;
-    }
+    std::string base = column.Values[0];
+    base[0] = static_cast<char>(base[0] - 'a' + 'A');
+    std::string spelling = base;
+    for (int n = 2; taken.count(spelling); ++n) spelling = base + "~" + std::to_string(n);
     column.Values[0] = spelling;
   }
   std::vector<int> newIndex(order.size());
@@ -365,14 +367,10 @@ bool IsUnknownField(const std::string& field) {
 }
 
 bool ParseNumber(const std::string& field, float* value) {
-  const std::string text = NormaliseBlanks(field);
-  if (text.empty()) return false;
-  errno = 0;
-  char* end = nullptr;
-  const double number = std::strtod(text.c_str(), &end);
-  if (end != text.c_str() + text.size()) return false;
+  double number = 0;
+  if (!::ParseNumber(NormaliseBlanks(field), number)) return false;
   const float single = static_cast<float>(number);
-  if (!std::isfinite(number) || !std::isfinite(single)) return false;
+  if (!std::isfinite(single)) return false;
   *value = single;
   return true;
 }
@@ -482,6 +480,11 @@ bool ImportTable(const std::string& input, const ImportOptions& options, ImportR
   }
   records.clear();
   result->Rows = static_cast<long>(rows.size());
+  // Case numbers and codes are 32-bit in the miner.
+  if (rows.size() > static_cast<size_t>(INT_MAX) || width > static_cast<size_t>(INT_MAX)) {
+    *error = "the table has more than 2147483647 rows or columns, the most the miner can count";
+    return false;
+  }
 
   // The columns the options name.
   int classColumn = static_cast<int>(width) - 1;
