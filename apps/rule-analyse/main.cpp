@@ -57,7 +57,7 @@ Status Analyse(const MiningOptions& options) {
 
   // The derivable-rule count reads the perfect rules at the head of the list.
   SortRuleSet(run.Rules);
-  const int derivable = CountDerivableRule(run.Rules, run.Counts, data.MaxItem, options.MinConf, stdout);
+  const int derivable = CountDerivableRule(run.Rules, run.Counts, data.MaxItem, options.MinConf, stdout, &data);
   const Coverage coverage = CoverageOfData(run.Tree.AllSet, data, stdout);
 
   std::printf("\n\nderivable rules = %d, rules left = %d\n", derivable, run.Rules.NumOfRules);

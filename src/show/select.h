@@ -29,7 +29,9 @@ struct Selection {
   SortKey sort = SortKey::kFile;
   long top = -1;  // at most this many rules; -1: all
   double minSupport = -1, minConfidence = -1, minLift = -1;  // -1: no bound
-  std::string target;                  // ATTRIBUTE or ATTRIBUTE=VALUE; empty: any
+  // ATTRIBUTE or ATTRIBUTE=VALUE, as the rule file spells them or as they
+  // were written in a table that rule-import respelled.
+  std::string target;                  // empty: any
   std::vector<std::string> contains;   // each must name an item of the rule
 };
 
