@@ -3,9 +3,11 @@
 // signalwrite), one whose files exceed a file size limit (ulimit -f) and one
 // whose standard output is a full device each leave the previous files byte
 // for byte and nothing beside them, and the last two end with exit status 1
-// and the system's reason.
+// and the system's reason. A run out of memory while it writes (the preload
+// library failalloc) leaves each file previous or whole.
 #include <gtest/gtest.h>
 
+#include <cstdio>
 #include <filesystem>
 #include <set>
 #include <string>
@@ -60,7 +62,12 @@ TEST(OutputSafety, KilledFullAndLimitedRunsLeaveThePreviousFiles) {
                 .status,
             0);
   std::string preload = std::string("SIGNAL_AT_WRITE=1 LD_PRELOAD='") + SIGNALWRITE_LIBRARY + "'";
-  if (SANITIZED) preload += " ASAN_OPTIONS=verify_asan_link_order=0:${ASAN_OPTIONS:-}";
+  std::string failing = std::string("LD_PRELOAD='") + FAILALLOC_LIBRARY + "'";
+  if (SANITIZED) {
+    preload += " ASAN_OPTIONS=verify_asan_link_order=0:${ASAN_OPTIONS:-}";
+    failing += " ASAN_OPTIONS=verify_asan_link_order=0:${ASAN_OPTIONS:-}";
+  }
+  failing += " ALLOC_FAIL_AT=";
   for (const OutputRun& run : kRuns) {
     const std::string command = std::string(run.program) + " " + run.args;
     SCOPED_TRACE(command);
@@ -82,6 +89,26 @@ TEST(OutputSafety, KilledFullAndLimitedRunsLeaveThePreviousFiles) {
     EXPECT_NE(limited.output.find("File too large"), std::string::npos) << limited.output;
     EXPECT_NE(limited.output.find("status 1"), std::string::npos) << limited.output;
     expectPrevious("ulimit -f");
+    // Out of memory at each of the run's last allocations, where the files
+    // are written: each file is the previous one or the whole new one.
+    if (!run.files.empty()) {
+      ASSERT_EQ(RunProgram(run.program, run.args, dir.path()).status, 0);
+      std::vector<std::string> whole;
+      for (const std::string& file : run.files) whole.push_back(ReadFile(dir / file));
+      long allocations = 0;
+      RunProgram(run.program, run.args, dir.path(), "env ALLOC_FAIL_REPORT=.report " + failing + "0");
+      ASSERT_EQ(std::sscanf(ReadFile(dir / ".report").c_str(), "allocations %ld", &allocations), 1);
+      std::remove((dir / ".report").c_str());
+      for (long n = allocations; n > 0 && n > allocations - 12; --n) {
+        for (const std::string& file : run.files) WriteFile(dir / file, "previous " + file);
+        RunProgram(run.program, run.args, dir.path(), "env " + failing + std::to_string(n));
+        for (size_t i = 0; i < run.files.size(); ++i) {
+          const std::string now = ReadFile(dir / run.files[i]);
+          EXPECT_TRUE(now == "previous " + run.files[i] || now == whole[i]) << "allocation " << n << ": " << now;
+        }
+        EXPECT_EQ(Listing(dir.path()), before) << "allocation " << n;
+      }
+    }
     if (run.console) {
       const testing_support::ProgramRun full = RunProgram(run.program, std::string(run.args) + " >/dev/full", dir.path());
       EXPECT_EQ(full.status, 1);
