@@ -34,6 +34,7 @@ const OutputRun kRuns[] = {
     {"rule-classify", "train -f picnic -s 0.1 -c 0.5 -o p.rules", {"p.rules"}, true},
     {"rule-classify", "predict -f picnic -R q.rules -o p.pred", {"p.pred"}, false},
     {"rule-classify", "test -f picnic -R q.rules", {}, true},
+    {"rule-classify", "predict -f picnic -R q.rules", {}, true},
     {"rule-import", "trips.csv t", {"t.names", "t.data"}, true},
     {"rule-discretise", "-f c -o d", {"d.names", "d.data"}, true},
     {"rule-show", "-f q -o list.txt --html r.html", {"list.txt", "r.html"}, false},
