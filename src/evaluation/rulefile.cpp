@@ -144,6 +144,11 @@ Status ReadRule(RuleSet& rules, const std::string& fileName, std::FILE* out) {
     int len = 0, supp = 0, priority = 0;
     float score = 0;
     const char* failed = nullptr;
+    if (read == INT_MAX) {
+      rules.NumOfRules = read;
+      return Status(StatusKind::InputError, 1,
+                    "\nERROR:  rule file " + fileName + " holds more than 2147483647 rules, the most a count holds\n");
+    }
     if (!in.Int(len)) failed = "the antecedent length";
     else if (len < 0) failed = "a non-negative antecedent length";
     else if (!in.Float(score)) failed = "a finite decimal score";
