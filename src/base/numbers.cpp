@@ -54,10 +54,8 @@ bool ParseWhole(const std::string& text, long long low, long long high, long lon
 }
 
 bool ParseFraction(const char* text, float* fraction) {
-  errno = 0;
-  char* end = nullptr;
-  const double value = std::strtod(text, &end);
-  if (end == text || *end != '\0' || errno == ERANGE || !(value >= 0.0 && value <= 1.0)) return false;
+  double value = 0;
+  if (!ParseNumber(text, value) || !(value >= 0.0 && value <= 1.0)) return false;
   *fraction = static_cast<float>(value);
   return true;
 }
