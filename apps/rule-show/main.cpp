@@ -100,7 +100,10 @@ int Run(int argc, char** argv) {
       case kMinConfidence:
       case kMinLift:
         if (!ParseBound(value, bound))
-          return Usage(std::string(argv[optind - 2]) + " takes a number of 0 or more, not \"" + value + "\"");
+          return Usage(std::string(option == kMinSupport      ? "--min-support"
+                                   : option == kMinConfidence ? "--min-confidence"
+                                                              : "--min-lift") +
+                       " takes a number of 0 or more, not \"" + value + "\"");
         (option == kMinSupport ? selection.minSupport
                                : option == kMinConfidence ? selection.minConfidence : selection.minLift) = bound;
         break;
