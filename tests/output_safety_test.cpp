@@ -7,6 +7,8 @@
 // library failalloc) leaves each file previous or whole.
 #include <gtest/gtest.h>
 
+#include <sys/stat.h>
+
 #include <cstdio>
 #include <filesystem>
 #include <set>
@@ -93,9 +95,15 @@ TEST(OutputSafety, KilledFullAndLimitedRunsLeaveThePreviousFiles) {
     // Out of memory at each of the run's last allocations, where the files
     // are written: each file is the previous one or the whole new one.
     if (!run.files.empty()) {
+      // A file replaced keeps its permissions.
+      for (const std::string& file : run.files) chmod((dir / file).c_str(), 0600);
       ASSERT_EQ(RunProgram(run.program, run.args, dir.path()).status, 0);
       std::vector<std::string> whole;
-      for (const std::string& file : run.files) whole.push_back(ReadFile(dir / file));
+      for (const std::string& file : run.files) {
+        whole.push_back(ReadFile(dir / file));
+        struct stat st;
+        EXPECT_TRUE(stat((dir / file).c_str(), &st) == 0 && (st.st_mode & 0777) == 0600) << file;
+      }
       long allocations = 0;
       RunProgram(run.program, run.args, dir.path(), "env ALLOC_FAIL_REPORT=.report " + failing + "0");
       ASSERT_EQ(std::sscanf(ReadFile(dir / ".report").c_str(), "allocations %ld", &allocations), 1);

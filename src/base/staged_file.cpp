@@ -137,7 +137,8 @@ bool PendingFile::Open(const std::string& path, std::string& reason) {
     path_ = target;
     std::free(target);
   }
-  if (stat(path_.c_str(), &st) == 0 && !S_ISREG(st.st_mode)) {
+  const bool exists = stat(path_.c_str(), &st) == 0;
+  if (exists && !S_ISREG(st.st_mode)) {
     if (S_ISDIR(st.st_mode)) return Fail(EISDIR, reason);
     fd_ = open(path_.c_str(), O_WRONLY | O_TRUNC | O_CLOEXEC);
     inPlace_ = true;
@@ -146,8 +147,9 @@ bool PendingFile::Open(const std::string& path, std::string& reason) {
     // name on the same file system, at once.
     const size_t slash = path_.rfind('/');
     const std::string folder = slash == std::string::npos ? "." : slash == 0 ? "/" : path_.substr(0, slash);
-    fd_ = access("/proc/self/fd", X_OK) == 0 ? open(folder.c_str(), O_TMPFILE | O_WRONLY | O_CLOEXEC, 0666) : -1;
-    if (fd_ < 0 && (errno == EOPNOTSUPP || errno == EISDIR || errno == EINVAL || errno == EACCES)) {
+    const bool unnamed = access("/proc/self/fd", X_OK) == 0;
+    if (unnamed) fd_ = open(folder.c_str(), O_TMPFILE | O_WRONLY | O_CLOEXEC, 0666);
+    if (!unnamed || (fd_ < 0 && (errno == EOPNOTSUPP || errno == EISDIR || errno == EINVAL))) {
       // No unnamed files here: a named one beside the target. Its name is
       // kept before the file exists, so that nothing allocates between
       // creating the file and taking charge of removing it.
@@ -159,11 +161,17 @@ bool PendingFile::Open(const std::string& path, std::string& reason) {
       } else {
         temporary_.replace(0, std::string::npos, name);  // same length: stays in place
         ListNamed(temporary_.c_str());
-        const mode_t mask = umask(0);
-        umask(mask);
-        if (fchmod(fd_, 0666 & ~mask) != 0) return Fail(errno, reason);
       }
     }
+    // The file replacing another keeps its permissions; a new one has those
+    // the creation mask leaves.
+    mode_t mode = exists ? st.st_mode & 07777 : 0;
+    if (!exists) {
+      mode = umask(0);
+      umask(mode);
+      mode = 0666 & ~mode;
+    }
+    if (fd_ >= 0 && (exists || !temporary_.empty()) && fchmod(fd_, mode) != 0) return Fail(errno, reason);
   }
   if (fd_ < 0) return Fail(errno, reason);
   stream_ = CheckedStream(this, &PendingFile::WriteCookie);

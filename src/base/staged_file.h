@@ -6,6 +6,8 @@
 // vanishes with the process. Where the file system has no unnamed files, a
 // named temporary file beside the target stands in, removed on failure and
 // on SIGINT, SIGTERM, SIGHUP and SIGQUIT.
+// A file that replaces another keeps its permissions; a link is written
+// through (the file it leads to is replaced).
 // A target that exists and is no regular file (a device such as /dev/null or
 // /dev/full, a pipe) is written in place instead: there is nothing to keep,
 // and renaming over it would replace the device.
