@@ -80,10 +80,14 @@ TEST(OutputSafety, KilledFullAndLimitedRunsLeaveThePreviousFiles) {
       for (const std::string& file : run.files) EXPECT_EQ(ReadFile(dir / file), "previous " + file) << how;
       EXPECT_EQ(Listing(dir.path()), before) << how;
     };
-    if (!run.files.empty()) {
-      const testing_support::ProgramRun killed = RunProgram(run.program, run.args, dir.path(), "env " + preload);
+    // Killed with an unnamed file, and with the named stand-in of file
+    // systems that have none.
+    for (const char* named : {"", " NO_UNNAMED_FILES=1"}) {
+      if (run.files.empty()) break;
+      const testing_support::ProgramRun killed =
+          RunProgram(run.program, run.args, dir.path(), "env " + preload + named);
       EXPECT_EQ(killed.status, 128 + 15) << killed.output << killed.errors;  // the shell reports SIGTERM
-      expectPrevious("SIGTERM");
+      expectPrevious(*named ? "SIGTERM, named" : "SIGTERM");
     }
     // Standard output and the files under a limit of 0 bytes; the messages
     // come through a pipe, which the limit does not touch.
