@@ -217,7 +217,7 @@ TEST(ImportColumns, RepeatedHeadersKeywordsAndEmptyColumns) {
 
   // Every value a keyword: the first is respelled. Classes are no keywords.
   const ImportResult keywords = Import("v,c\nignore,ignore\ndiscrete,b\n");
-  EXPECT_EQ(keywords.Columns[0].Values, (Strings{"ignore~2", "discrete"}));
+  EXPECT_EQ(keywords.Columns[0].Values, (Strings{"Ignore", "discrete"}));
   EXPECT_EQ(keywords.Columns[1].Values, (Strings{"ignore", "b"}));
   ASSERT_EQ(keywords.Columns[0].Respelled.size(), 1u);
   EXPECT_EQ(keywords.Columns[0].Respelled[0].From, "ignore");

@@ -11,6 +11,7 @@
 #include "base/console.h"
 #include "base/numbers.h"
 #include "base/parallel.h"
+#include "base/staged_file.h"
 #include "common/command_line.h"
 #include "input/readers.h"
 #include "mining/mining.h"
@@ -31,13 +32,8 @@ int UsageError(const std::string& message) {
   return kExitRefused;
 }
 
-// The whole text as a number, as strtod reads it.
-bool ParseValue(const std::string& text, double& value) {
-  char* end = nullptr;
-  errno = 0;
-  value = std::strtod(text.c_str(), &end);
-  return end != text.c_str() && *end == '\0' && errno == 0;
-}
+// The whole text as a decimal number of 0 or more.
+bool ParseValue(const std::string& text, double& value) { return ParseNumber(text, value) && value >= 0; }
 
 // Mines with the options and prints the analyses of the rule set.
 Status Analyse(const MiningOptions& options) {
@@ -61,7 +57,7 @@ Status Analyse(const MiningOptions& options) {
 
   // The derivable-rule count reads the perfect rules at the head of the list.
   SortRuleSet(run.Rules);
-  const int derivable = CountDerivableRule(run.Rules, run.Counts, data.MaxItem, options.MinConf, stdout);
+  const int derivable = CountDerivableRule(run.Rules, run.Counts, data.MaxItem, options.MinConf, stdout, &data);
   const Coverage coverage = CoverageOfData(run.Tree.AllSet, data, stdout);
 
   std::printf("\n\nderivable rules = %d, rules left = %d\n", derivable, run.Rules.NumOfRules);
@@ -94,16 +90,16 @@ int RunAnalyse(int argc, char** argv) {
   MiningOptions options;
   double value = 0;
   if (const std::string* text = line.Value("-s")) {
-    if (!ParseValue(*text, value)) return UsageError("-s needs a number, not '" + *text + "'");
+    if (!ParseValue(*text, value)) return UsageError("-s needs a number of 0 or more, not '" + *text + "'");
     options.Support = static_cast<float>(value);
   }
   if (const std::string* text = line.Value("-c")) {
-    if (!ParseValue(*text, value)) return UsageError("-c needs a number, not '" + *text + "'");
+    if (!ParseValue(*text, value)) return UsageError("-c needs a number of 0 or more, not '" + *text + "'");
     options.MinConf = static_cast<float>(value);
   }
   if (const std::string* text = line.Value("-l")) {
     if (!ParseValue(*text, value) || value != static_cast<int>(value))
-      return UsageError("-l needs a whole number, not '" + *text + "'");
+      return UsageError("-l needs a whole number of 0 or more, not '" + *text + "'");
     options.MaxLayer = static_cast<int>(value);
   }
   if (!line.Has("-f")) return UsageError("missing -f STEM");
@@ -116,5 +112,6 @@ int RunAnalyse(int argc, char** argv) {
 }  // namespace
 
 int main(int argc, char** argv) {
-  return GuardedRun([&] { return RunAnalyse(argc, argv); });
+  CheckedStandardOutput out;
+  return out.Finish("rule-analyse", GuardedRun([&] { return RunAnalyse(argc, argv); }));
 }

@@ -441,7 +441,8 @@ int Predict(int argc, char** argv, std::FILE* out) {
     return kExitDone;
   }
   std::fwrite(table.data(), 1, table.size(), out);
-  if (std::fflush(out) != 0 || std::ferror(out)) {
+  // Standard output is checked by the program's main, with the reason.
+  if (out != stdout && (std::fflush(out) != 0 || std::ferror(out))) {
     std::fputs(WriteFailure("(standard output)", errno).message().c_str(), messages);
     return kExitRefused;
   }

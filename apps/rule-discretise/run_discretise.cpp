@@ -62,6 +62,18 @@ bool SameFile(const std::string& x, const std::string& y) {
   return CanonicalPath(x) == CanonicalPath(y);
 }
 
+// NAME of a names file whose first line is "| class attribute: NAME" (as
+// rule-import writes it); empty otherwise.
+std::string ClassAttribute(const std::string& namesFile) {
+  std::string line;
+  if (std::FILE* f = std::fopen(namesFile.c_str(), "r")) {
+    for (int c; (c = std::fgetc(f)) != EOF && c != '\n';) line += static_cast<char>(c);
+    std::fclose(f);
+  }
+  const std::string lead = "| class attribute: ";
+  return line.compare(0, lead.size(), lead) == 0 ? line.substr(lead.size()) : "";
+}
+
 // Reads, cuts, reports and writes. The status is the run's last word.
 Status Discretise(const std::string& stem, float fraction, CutMethod method, const std::string& outStem) {
   DataSet data;
@@ -92,7 +104,7 @@ Status Discretise(const std::string& stem, float fraction, CutMethod method, con
     }
   }
 
-  RETURN_IF_FAILED(WriteCategoricalPair(data, outStem, cuts));
+  RETURN_IF_FAILED(WriteCategoricalPair(data, outStem, cuts, ClassAttribute(stem + ".names")));
   std::printf("Wrote %s.names and %s.data\n", outStem.c_str(), outStem.c_str());
   return Status();
 }

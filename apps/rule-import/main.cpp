@@ -9,6 +9,7 @@
 
 #include "base/console.h"
 #include "base/numbers.h"
+#include "base/staged_file.h"
 #include "tabular/csv_import.h"
 #include "tabular/pair_check.h"
 
@@ -112,5 +113,6 @@ int Import(int argc, char** argv) {
 }  // namespace
 
 int main(int argc, char** argv) {
-  return GuardedRun([&] { return Import(argc, argv); });
+  CheckedStandardOutput out;
+  return out.Finish("rule-import", GuardedRun([&] { return Import(argc, argv); }));
 }

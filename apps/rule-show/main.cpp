@@ -8,9 +8,11 @@
 #include <string>
 
 #include "base/console.h"
+#include "base/numbers.h"
+#include "base/staged_file.h"
+#include "rule-show/classifier_rules.h"
 #include "show/formats.h"
 #include "show/html.h"
-#include "base/staged_file.h"
 #include "show/rulefile.h"
 #include "show/select.h"
 
@@ -19,7 +21,10 @@ namespace {
 const char kUsage[] =
     "usage: rule-show [options] STEMrule.csv\n"
     "       rule-show [options] -f STEM\n"
+    "       rule-show [options] [-f STEM] CLASSIFIER.rules\n"
     "Shows the rules of a rule file written by rule; reads STEM.names beside it for the class's name.\n"
+    "A classifier's rule file (rule-classify train -o) is read with the names of STEM.names and\n"
+    "its rules counted on STEM.data (STEM: the file's name without its extension unless -f gives it).\n"
     "  -f STEM                    the rule file STEMrule.csv\n"
     "  --sort MEASURE             support, confidence, lift, leverage, chi or count (descending)\n"
     "  --top N                    at most N rules\n"
@@ -44,11 +49,8 @@ int CannotWrite(const std::string& path, const std::string& reason) {
   return 1;
 }
 
-bool ParseBound(const char* text, double& value) {
-  char* end = nullptr;
-  value = std::strtod(text, &end);
-  return *text != '\0' && *end == '\0' && std::isfinite(value);
-}
+// A lower bound: a decimal number of 0 or more.
+bool ParseBound(const std::string& text, double& value) { return ParseNumber(text, value) && value >= 0; }
 
 int Run(int argc, char** argv) {
   enum { kSort = 256, kTop, kMinSupport, kMinConfidence, kMinLift, kTarget, kContains, kFormat, kHtml };
@@ -97,7 +99,11 @@ int Run(int argc, char** argv) {
       case kMinSupport:
       case kMinConfidence:
       case kMinLift:
-        if (!ParseBound(value.c_str(), bound)) return Usage("a number expected, not \"" + value + "\"");
+        if (!ParseBound(value, bound))
+          return Usage(std::string(option == kMinSupport      ? "--min-support"
+                                   : option == kMinConfidence ? "--min-confidence"
+                                                              : "--min-lift") +
+                       " takes a number of 0 or more, not \"" + value + "\"");
         (option == kMinSupport ? selection.minSupport
                                : option == kMinConfidence ? selection.minConfidence : selection.minLift) = bound;
         break;
@@ -107,22 +113,37 @@ int Run(int argc, char** argv) {
       default: return Usage(std::string("unknown option ") + argv[optind - 1]);
     }
   }
-  if (stemGiven) {
-    if (optind != argc) return Usage("give either -f STEM or a rule file, not both");
-    ruleFile = stem + "rule.csv";
-  } else {
-    if (optind + 1 != argc) return Usage(optind == argc ? "no rule file given" : "more than one rule file given");
-    ruleFile = argv[optind];
-  }
+  // -f STEM alone: the miner's STEMrule.csv. With a rule file, STEM is the
+  // data set whose names the file's items take.
+  if (optind + 1 < argc) return Usage("more than one rule file given");
+  if (optind == argc && !stemGiven) return Usage("no rule file given");
+  ruleFile = optind < argc ? argv[optind] : stem + "rule.csv";
 
   show::RuleFile file;
-  show::ReadError error;
-  if (!show::ReadRuleFile(ruleFile, file, error)) {
-    std::printf("rule-show: %s\n", error.Message().c_str());
-    return 1;
+  std::string namesFile;
+  if (IsClassifierRuleFile(ruleFile)) {
+    // A classifier's rule file: its codes are spelled with STEM.names, by
+    // default the names file of the rule file's name without its extension.
+    if (!stemGiven) {
+      const size_t dot = ruleFile.rfind('.');
+      stem = dot == std::string::npos || dot < ruleFile.rfind('/') + 1 ? ruleFile : ruleFile.substr(0, dot);
+    }
+    std::string message;
+    if (!ReadClassifierRules(ruleFile, stem, file, &message)) {
+      std::printf("rule-show: %s\n", message.c_str());
+      return 1;
+    }
+    namesFile = stem + ".names";
+  } else {
+    show::ReadError error;
+    if (!show::ReadRuleFile(ruleFile, file, error)) {
+      std::printf("rule-show: %s\n", error.Message().c_str());
+      return 1;
+    }
+    namesFile = optind < argc && stemGiven ? stem + ".names" : show::NamesFileBeside(ruleFile);
   }
   show::Naming naming;
-  naming.className = show::ReadClassName(show::NamesFileBeside(ruleFile));
+  naming.className = show::ReadClassName(namesFile);
   const std::vector<const show::Rule*> rules = show::Select(file, selection, naming);
 
   // Every output is written in full before any file is replaced.
@@ -146,5 +167,6 @@ int Run(int argc, char** argv) {
 }  // namespace
 
 int main(int argc, char** argv) {
-  return GuardedRun([&] { return Run(argc, argv); });
+  CheckedStandardOutput out;
+  return out.Finish("rule-show", GuardedRun([&] { return Run(argc, argv); }));
 }

@@ -4,6 +4,7 @@
 #pragma once
 
 #include <cstdio>
+#include <string>
 
 #include "input/dataset.h"
 #include "mining/mining.h"
@@ -17,7 +18,12 @@
 // and removes every rule A -> u implied by a rule A -> t of the run and a
 // perfect rule t -> u at equal support, counting each one removed. Returns
 // the count. maxItem is the data set's largest item code.
-int CountDerivableRule(RuleSet& rules, ItemCounts& counts, int maxItem, float minConf, std::FILE* out);
+// With names, the items of the chains are printed as ATTRIBUTE=VALUE.
+int CountDerivableRule(RuleSet& rules, ItemCounts& counts, int maxItem, float minConf, std::FILE* out,
+                       const DataSet* names = nullptr);
+
+// An item as ATTRIBUTE=VALUE when names holds it, otherwise its code.
+std::string ItemText(const DataSet* names, int item);
 
 // ---- Coverage ----
 // Cases holding the itemset of a marked node (Token > 0): loosely through a
@@ -35,5 +41,6 @@ struct Coverage {
 int CountEntry(TreeNode* root, const int* row, int realAtt, Coverage& coverage, std::FILE* out);
 // The coverage of n cases.
 Coverage CoverageCount(TreeNode* root, int* const* rows, int n, int realAtt, std::FILE* out);
-// The coverage of the cases of a data set, widened to int rows.
+// The coverage of the cases of a data set, widened to int rows; the
+// itemsets are printed by name.
 Coverage CoverageOfData(TreeNode* root, const DataSet& data, std::FILE* out);

@@ -32,14 +32,15 @@ struct CaseMarks {
 
 // Counts a marked node into the counters the case has not served yet.
 // Returns true when both are served and the case is done.
-bool Examine(const TreeNode* z, CaseMarks& marks, Coverage& coverage, std::FILE* out) {
+// The itemset is printed by name when names is given, by item code otherwise.
+bool Examine(const TreeNode* z, CaseMarks& marks, Coverage& coverage, std::FILE* out, const DataSet* names) {
   if (z->Token <= 0) return false;
   const short second = SecondFlag(z);
   if (!marks.loose && second != kAllOnes) {
     coverage.Loose += 1;
     std::fprintf(out, "\n **");
     if (z->ItemSet) {
-      for (int i = 0; i < z->Length; ++i) std::fprintf(out, "%d,", z->ItemSet[i]);
+      for (int i = 0; i < z->Length; ++i) std::fprintf(out, names ? "%s, " : "%s,", ItemText(names, z->ItemSet[i]).c_str());
     }
     std::fprintf(out, "Target[0] = %d, Target[1] = %d", z->TargetFlag ? z->TargetFlag[0] : 0, second);
     marks.loose = true;
@@ -55,7 +56,7 @@ bool Examine(const TreeNode* z, CaseMarks& marks, Coverage& coverage, std::FILE*
 // between cases. Nodes without sons extend nothing, so they are examined but
 // never searched again.
 int Walk(TreeNode* root, const int* row, int realAtt, std::vector<TreeNode*>& reached, Coverage& coverage,
-         std::FILE* out) {
+         std::FILE* out, const DataSet* names = nullptr) {
   if (!root) return 0;
   reached.clear();
   root->Cursor = 0;
@@ -68,7 +69,7 @@ int Walk(TreeNode* root, const int* row, int realAtt, std::vector<TreeNode*>& re
       TreeNode* z = root->Son[s];
       root->Cursor = s + 1;
       z->Cursor = 0;
-      if (z->Token > 0 && Examine(z, marks, coverage, out)) return 1;
+      if (z->Token > 0 && Examine(z, marks, coverage, out, names)) return 1;
       if (z->NumOfSon > 0) reached.push_back(z);
     }
     for (size_t e = 0; e < before; ++e) {
@@ -78,7 +79,7 @@ int Walk(TreeNode* root, const int* row, int realAtt, std::vector<TreeNode*>& re
       TreeNode* son = p->Son[t];
       p->Cursor = t + 1;
       son->Cursor = 0;
-      if (son->Token > 0 && Examine(son, marks, coverage, out)) return 1;
+      if (son->Token > 0 && Examine(son, marks, coverage, out, names)) return 1;
       if (son->NumOfSon > 0) reached.push_back(son);
     }
   }
@@ -86,6 +87,12 @@ int Walk(TreeNode* root, const int* row, int realAtt, std::vector<TreeNode*>& re
 }
 
 }  // namespace
+
+std::string ItemText(const DataSet* names, int item) {
+  if (!names || item <= 0 || static_cast<size_t>(item) >= names->ItemRecord.size() || !names->ItemRecord[item])
+    return std::to_string(item);
+  return names->ItemRecord[item]->AttributeName + "=" + names->ItemRecord[item]->ValueName;
+}
 
 int CountEntry(TreeNode* root, const int* row, int realAtt, Coverage& coverage, std::FILE* out) {
   std::vector<TreeNode*> reached;
@@ -110,5 +117,8 @@ Coverage CoverageOfData(TreeNode* root, const DataSet& data, std::FILE* out) {
     for (size_t c = 0; c < width; ++c) row[c] = data.DataSpace[r][c];
     rows[r] = row;
   }
-  return CoverageCount(root, rows.data(), data.MaxData, data.RealAtt, out);
+  Coverage coverage;
+  std::vector<TreeNode*> reached;
+  for (int r = 0; r < data.MaxData; ++r) Walk(root, rows[r], data.RealAtt, reached, coverage, out, &data);
+  return coverage;
 }

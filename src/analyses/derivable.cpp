@@ -75,7 +75,8 @@ TargetTable SingleAntecedentTargets(RuleRecord* end, int maxItem) {
 // For every x with targets y and z where y -> z is itself in the table,
 // x -> z is derivable through y. The count goes up by one more when the pair
 // confidence of x and z reaches minConf. Returns the count.
-int CountDerivations(const TargetTable& table, const CountView& counts, float minConf, std::FILE* out) {
+int CountDerivations(const TargetTable& table, const CountView& counts, float minConf, std::FILE* out,
+                     const DataSet* names) {
   int derivable = 0;
   std::vector<char> used;
   for (int x = 0; x < counts.maxItem && static_cast<size_t>(x) < table.size(); ++x) {
@@ -90,7 +91,8 @@ int CountDerivations(const TargetTable& table, const CountView& counts, float mi
         if (counts.Item(y) > counts.Item(z)) continue;
         for (int w : TargetsOf(table, y)) {
           if (w != z) continue;
-          std::fprintf(out, "\n %d %d %d", x, y, z);
+          std::fprintf(out, "\n %s %s %s", ItemText(names, x).c_str(), ItemText(names, y).c_str(),
+                       ItemText(names, z).c_str());
           derivable += 1;
           const int zCount = counts.Item(z);
           const double conf = zCount > 0 ? static_cast<double>(counts.Pair(x, z)) / zCount : 0.0;
@@ -156,13 +158,14 @@ int RemoveImpliedRules(RuleSet& rules, RuleRecord* end, const TargetTable& table
 
 }  // namespace
 
-int CountDerivableRule(RuleSet& rules, ItemCounts& counts, int maxItem, float minConf, std::FILE* out) {
+int CountDerivableRule(RuleSet& rules, ItemCounts& counts, int maxItem, float minConf, std::FILE* out,
+                       const DataSet* names) {
   int derivable = 0;
   RuleRecord* end = EndOfPerfectRun(rules);
   TargetTable table;
   if (end) {
     table = SingleAntecedentTargets(end, maxItem);
-    derivable = CountDerivations(table, CountView{counts, maxItem}, minConf, out);
+    derivable = CountDerivations(table, CountView{counts, maxItem}, minConf, out, names);
   }
   FreeCount(counts);
   std::fprintf(out, "\n Number of derivable rules is %d \n", derivable);

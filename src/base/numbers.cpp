@@ -21,12 +21,28 @@ float ParseFloat(const char* text) { return static_cast<float>(std::strtod(text,
 
 int ParseInt(const char* text) { return static_cast<int>(std::strtol(text, nullptr, 10)); }
 
+size_t DecimalLength(const char* text) {
+  auto digits = [&](size_t at) {
+    while (text[at] >= '0' && text[at] <= '9') ++at;
+    return at;
+  };
+  size_t at = text[0] == '+' || text[0] == '-' ? 1 : 0;
+  const size_t whole = digits(at);
+  size_t end = whole;
+  if (text[end] == '.') end = digits(end + 1);
+  if (end - at <= (text[whole] == '.' ? 1u : 0u)) return 0;  // no digit at all
+  if (text[end] == 'e' || text[end] == 'E') {
+    const size_t sign = text[end + 1] == '+' || text[end + 1] == '-' ? end + 2 : end + 1;
+    if (digits(sign) > sign) end = digits(sign);
+  }
+  return end;
+}
+
 bool ParseNumber(const std::string& text, double& value) {
-  if (text.empty()) return false;
-  char* end = nullptr;
+  if (text.empty() || DecimalLength(text.c_str()) != text.size()) return false;
   errno = 0;
-  value = std::strtod(text.c_str(), &end);
-  return *end == '\0' && errno == 0 && std::isfinite(value);
+  value = std::strtod(text.c_str(), nullptr);
+  return errno == 0 && std::isfinite(value);
 }
 
 bool ParseWhole(const std::string& text, long long low, long long high, long long& value) {
@@ -38,10 +54,8 @@ bool ParseWhole(const std::string& text, long long low, long long high, long lon
 }
 
 bool ParseFraction(const char* text, float* fraction) {
-  errno = 0;
-  char* end = nullptr;
-  const double value = std::strtod(text, &end);
-  if (end == text || *end != '\0' || errno == ERANGE || !(value >= 0.0 && value <= 1.0)) return false;
+  double value = 0;
+  if (!ParseNumber(text, value) || !(value >= 0.0 && value <= 1.0)) return false;
   *fraction = static_cast<float>(value);
   return true;
 }

@@ -1,6 +1,7 @@
 // Number conversions shared by the programs and the library.
 #pragma once
 
+#include <cstddef>
 #include <string>
 
 // Converts a floating value to int as the processor's truncating conversion
@@ -17,7 +18,12 @@ float ParseFloat(const char* text);
 // The longest decimal integer prefix of text (0 without one), as -l is read.
 int ParseInt(const char* text);
 
-// The whole text as a finite number; false for anything else.
+// The length of the decimal number text starts with (an optional sign,
+// digits with an optional point, an optional exponent), 0 when it starts
+// with none: hexadecimal numbers, "inf" and "nan" are no decimal numbers.
+size_t DecimalLength(const char* text);
+
+// The whole text as a finite decimal number; false for anything else.
 bool ParseNumber(const std::string& text, double& value);
 // The whole text as an integer from low to high; false for anything else.
 bool ParseWhole(const std::string& text, long long low, long long high, long long& value);

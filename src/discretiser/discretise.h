@@ -79,7 +79,8 @@ std::vector<std::string> IntervalSpellings(const std::vector<ContValue>& interva
 // opened gives "rule-discretise: cannot write PATH: REASON" (exit status 1);
 // one that cannot be written completely names the file and the reason
 // (WriteFailure).
-Status WriteCategoricalPair(const DataSet& data, const std::string& outStem, const std::vector<CutAttribute>& cuts);
+Status WriteCategoricalPair(const DataSet& data, const std::string& outStem, const std::vector<CutAttribute>& cuts,
+                            const std::string& classAttribute = "");
 
 // ---- Coding cases with cuts learnt from some of them ----
 // The class-entropy cuts (EntropyCutPoints, IntervalsFromCuts) of every

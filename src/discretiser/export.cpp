@@ -8,6 +8,7 @@
 #include <set>
 
 #include "base/files.h"
+#include "base/staged_file.h"
 #include "discretiser/discretise.h"
 
 namespace {
@@ -52,16 +53,13 @@ std::string UnknownSpelling(const DataSet& data, int declared) {
 }
 
 // The file could not be opened for writing.
-Status CannotWrite(const std::string& path) {
-  return Status(StatusKind::CannotOpen, 1,
-                "rule-discretise: cannot write " + path + ": " + std::strerror(errno) + "\n");
+Status CannotWrite(const std::string& path, const std::string& reason) {
+  return Status(StatusKind::CannotOpen, 1, "rule-discretise: cannot write " + path + ": " + reason + "\n");
 }
 
-Status WriteNamesFile(const DataSet& data, const std::string& path, const std::vector<const CutAttribute*>& cutOf,
-                      const std::vector<std::vector<std::string>>& spellings) {
-  std::FILE* f = XFopen(path, "w");
-  if (!f) return CannotWrite(path);
-  FileCloser closer{f};
+void WriteNamesFile(const DataSet& data, std::FILE* f, const std::vector<const CutAttribute*>& cutOf,
+                    const std::vector<std::vector<std::string>>& spellings, const std::string& classAttribute) {
+  if (!classAttribute.empty()) std::fprintf(f, "| class attribute: %s\n", classAttribute.c_str());
   std::fputs("| Continuous attributes cut into intervals LOW..HIGH by rule-discretise.\n\n", f);
   for (int k = 0; k < data.MaxClass; ++k) {
     if (k > 0) std::fputs(", ", f);
@@ -92,14 +90,10 @@ Status WriteNamesFile(const DataSet& data, const std::string& path, const std::v
     }
     EndLine(f);
   }
-  return CloseWritten(closer.Release(), path);
 }
 
-Status WriteDataFile(const DataSet& data, const std::string& path, const std::vector<const CutAttribute*>& cutOf,
-                     const std::vector<std::vector<std::string>>& spellings) {
-  std::FILE* f = XFopen(path, "w");
-  if (!f) return CannotWrite(path);
-  FileCloser closer{f};
+void WriteDataFile(const DataSet& data, std::FILE* f, const std::vector<const CutAttribute*>& cutOf,
+                   const std::vector<std::vector<std::string>>& spellings) {
   std::vector<std::string> unknown(data.MaxAtt);
   for (int a = 0; a < data.MaxAtt; ++a) unknown[a] = UnknownSpelling(data, a);
 
@@ -128,7 +122,6 @@ Status WriteDataFile(const DataSet& data, const std::string& path, const std::ve
     // A device that is full stays full: stop at the first failed write.
     if (std::ferror(f)) break;
   }
-  return CloseWritten(closer.Release(), path);
 }
 
 }  // namespace
@@ -154,13 +147,25 @@ std::vector<std::string> IntervalSpellings(const std::vector<ContValue>& interva
   return names;
 }
 
-Status WriteCategoricalPair(const DataSet& data, const std::string& outStem, const std::vector<CutAttribute>& cuts) {
+Status WriteCategoricalPair(const DataSet& data, const std::string& outStem, const std::vector<CutAttribute>& cuts,
+                            const std::string& classAttribute) {
   std::vector<const CutAttribute*> cutOf(data.MaxAtt, nullptr);
   std::vector<std::vector<std::string>> spellings(data.MaxAtt);
   for (const CutAttribute& cut : cuts) {
     cutOf[cut.Declared] = &cut;
     spellings[cut.Declared] = IntervalSpellings(cut.Intervals);
   }
-  RETURN_IF_FAILED(WriteNamesFile(data, outStem + ".names", cutOf, spellings));
-  return WriteDataFile(data, outStem + ".data", cutOf, spellings);
+  // Both files are complete before either replaces anything.
+  const std::string namesPath = outStem + ".names", dataPath = outStem + ".data";
+  PendingFile names, cases;
+  std::string reason;
+  if (!names.Open(namesPath, reason)) return CannotWrite(namesPath, reason);
+  WriteNamesFile(data, names.stream(), cutOf, spellings, classAttribute);
+  if (!names.Finish(reason)) return WriteFailure(namesPath, names.error());
+  if (!cases.Open(dataPath, reason)) return CannotWrite(dataPath, reason);
+  WriteDataFile(data, cases.stream(), cutOf, spellings);
+  if (!cases.Finish(reason)) return WriteFailure(dataPath, cases.error());
+  if (!names.Commit(reason)) return WriteFailure(namesPath, names.error());
+  if (!cases.Commit(reason)) return WriteFailure(dataPath, cases.error());
+  return Status();
 }

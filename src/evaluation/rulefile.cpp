@@ -2,12 +2,15 @@
 // mined with, its rule count and default class, and the rules themselves.
 #include <cerrno>
 #include <cctype>
+#include <cmath>
 #include <climits>
 #include <cstdio>
 #include <cstdlib>
 #include <string>
 
 #include "base/files.h"
+#include "base/numbers.h"
+#include "base/staged_file.h"
 #include "evaluation/evaluation.h"
 
 namespace {
@@ -18,8 +21,10 @@ Status CannotOpen() { return Status(StatusKind::CannotOpen, 1, "Can not Open Fil
 
 Status WriteRule(const RuleSet& rules, const std::string& fileName, float conf, float support, int maxLayer,
                  float minImp) {
-  std::FILE* f = XFopen(fileName, "w");
-  if (!f) return CannotOpen();
+  PendingFile file;
+  std::string reason;
+  if (!file.Open(fileName, reason)) return CannotOpen();
+  std::FILE* f = file.stream();
   std::fprintf(f, "%f, %f, %d, %f, ", static_cast<double>(conf), static_cast<double>(support), maxLayer,
                static_cast<double>(minImp));
   std::fprintf(f, "%d %d ", rules.NumOfRules, rules.DefaultClass);
@@ -28,7 +33,8 @@ Status WriteRule(const RuleSet& rules, const std::string& fileName, float conf, 
     for (int i = 0; i < r->Len; ++i) std::fprintf(f, "%d ", r->Antecedent[i]);
     std::fprintf(f, "%d ", r->Target);
   }
-  return CloseWritten(f, fileName);
+  if (!file.Commit(reason)) return WriteFailure(fileName, file.error());
+  return Status();
 }
 
 namespace {
@@ -75,11 +81,13 @@ class Fields {
     SkipBlanks();
     if (pos_ >= text_.size()) return false;
     const char* start = text_.c_str() + pos_;
-    char* end = nullptr;
-    float v = std::strtof(start, &end);
-    if (end == start) return false;
+    const size_t length = DecimalLength(start);
+    const float v = length ? std::strtof(start, nullptr) : 0.0f;
+    const char after = start[length];
+    if (length == 0 || !std::isfinite(v) || (after != '\0' && after != ',' && !std::isspace(static_cast<unsigned char>(after))))
+      return false;
     value = v;
-    pos_ += static_cast<size_t>(end - start);
+    pos_ += length;
     return true;
   }
 
@@ -136,9 +144,14 @@ Status ReadRule(RuleSet& rules, const std::string& fileName, std::FILE* out) {
     int len = 0, supp = 0, priority = 0;
     float score = 0;
     const char* failed = nullptr;
+    if (read == INT_MAX) {
+      rules.NumOfRules = read;
+      return Status(StatusKind::InputError, 1,
+                    "\nERROR:  rule file " + fileName + " holds more than 2147483647 rules, the most a count holds\n");
+    }
     if (!in.Int(len)) failed = "the antecedent length";
     else if (len < 0) failed = "a non-negative antecedent length";
-    else if (!in.Float(score)) failed = "the score";
+    else if (!in.Float(score)) failed = "a finite decimal score";
     else if (!in.Int(supp)) failed = "the support";
     else if (!in.Int(priority)) failed = "the priority";
     // Each item and the target take a blank and a digit at least, so a length

@@ -1,22 +1,30 @@
 // The data file reader: a stream of fields, every MaxAtt fields one case.
 #include <algorithm>
+#include <climits>
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
 #include <memory>
 
 #include "base/files.h"
+#include "base/numbers.h"
 #include "input/readers.h"
 
 namespace {
 
-// The number a continuous field holds; -1.0 (unknown) for "?" and for text
-// that converts to a non-finite number.
+// The number a continuous field holds; -1.0 (unknown) for "?" and for a
+// field that is no finite decimal number (hexadecimal, "inf", "nan", text).
 float ContinuousValue(const std::string& field) {
-  if (field == "?") return -1.0f;
-  float value = static_cast<float>(std::strtod(field.c_str(), nullptr));
-  if (!std::isfinite(value)) return -1.0f;
-  return value;
+  double number = 0;
+  if (!ParseNumber(field, number)) return -1.0f;
+  const float value = static_cast<float>(number);
+  return std::isfinite(value) ? value : -1.0f;
+}
+
+// The refusal of a data file with more cases than a case number can count.
+Status TooManyCases(const std::string& fileName) {
+  return Status(StatusKind::InputError, 1,
+                "\nERROR:  " + fileName + " holds more than 2147483647 cases, the most a case number can count\n");
 }
 
 }  // namespace
@@ -50,6 +58,7 @@ Status ReadData(DataSet& data, const std::string& extension, InputErrors& errors
       continue;
     }
     // The case is complete.
+    if (data.MaxData == INT_MAX) return TooManyCases(fileName);
     ++data.MaxData;
     row = NewRawRow(data, data.MaxData);
     field = 0;
@@ -136,6 +145,7 @@ Status GetData(DataSet& data, const std::string& extension, InputErrors& errors)
       continue;
     }
     // The case is complete.
+    if (data.MaxData == INT_MAX) return TooManyCases(fileName);
     data.DataSpace.push_back(row);
     ++data.MaxData;
     row = nullptr;

@@ -12,6 +12,7 @@
 
 #include "base/console.h"
 #include "base/files.h"
+#include "base/staged_file.h"
 
 namespace {
 
@@ -149,12 +150,13 @@ float ChisquareTest(int a, int b, int c, int d, std::FILE* out) {
 
 Status Write2CSVfile(const std::string& fileName, float support, float minConf, const RuleSet& rules,
                      const DataSet& data, std::FILE* out) {
-  std::FILE* f = XFopen(fileName, "w");
-  if (!f) {
+  PendingFile file;
+  std::string reason;
+  if (!file.Open(fileName, reason)) {
     ErrorOut(0, out);
     return Status(StatusKind::CannotOpen, 1, "");
   }
-  FileCloser closer{f};
+  std::FILE* f = file.stream();
   std::fprintf(f, "confidence, %f, support, %f, RuleNumber, %d, \n", minConf, support, rules.NumOfRules);
   std::fputs(kHeader, f);
 
@@ -170,7 +172,7 @@ Status Write2CSVfile(const std::string& fileName, float support, float minConf, 
     const int d = maxData - a - b - c;
     if (r->AntSupp == 0 || r->TargetSupp == 0) {
       line->Flush();  // the file keeps what was written, the rule number last
-      std::fclose(closer.Release());
+      if (!file.Commit(reason)) return WriteFailure(fileName, file.error());
       return Status(StatusKind::DividedByZero, 0, "Devided by zero Write2CSVfile");
     }
     const float chi = ChisquareTest(a, b, c, d, out);
@@ -192,5 +194,6 @@ Status Write2CSVfile(const std::string& fileName, float support, float minConf, 
     line->EndLine();
   }
   line->Flush();
-  return CloseWritten(closer.Release(), fileName);
+  if (!file.Commit(reason)) return WriteFailure(fileName, file.error());
+  return Status();
 }

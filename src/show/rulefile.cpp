@@ -13,6 +13,8 @@
 #include <cstring>
 #include <new>
 
+#include "base/numbers.h"
+
 namespace show {
 
 namespace {
@@ -46,13 +48,6 @@ bool ParseLong(const std::string& text, long& value) {
     if (text[i] < '0' || text[i] > '9') return false;
   value = std::strtol(text.c_str(), nullptr, 10);
   return true;
-}
-
-bool ParseNumber(const std::string& text, double& value) {
-  if (text.empty() || std::strchr("+-.0123456789", text[0]) == nullptr) return false;
-  char* end = nullptr;
-  value = std::strtod(text.c_str(), &end);
-  return end == text.c_str() + text.size() && std::isfinite(value);
 }
 
 // The text of a field as it appears in a message: quoted, cut after 40

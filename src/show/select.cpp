@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "base/spelling.h"
+
 namespace show {
 
 std::string Naming::Attribute(const Item& item) const {
@@ -58,12 +60,30 @@ double KeyOf(const Rule& rule, SortKey key) {
   return 0;
 }
 
-bool Passes(const Rule& rule, const Selection& s, const Naming& naming) {
+// An item asked for, as given and as rule-import would have spelled it
+// (the attribute and the value each, at every '=' that may part them).
+std::vector<std::string> Forms(const std::string& wanted) {
+  std::vector<std::string> forms{wanted, SpellName(wanted)};
+  for (size_t at = wanted.find('='); at != std::string::npos; at = wanted.find('=', at + 1))
+    forms.push_back(SpellName(wanted.substr(0, at)) + "=" + SpellName(wanted.substr(at + 1)));
+  std::sort(forms.begin(), forms.end());
+  forms.erase(std::unique(forms.begin(), forms.end()), forms.end());
+  return forms;
+}
+
+bool NamesAny(const std::vector<std::string>& forms, const Item& item, const Naming& naming) {
+  for (const std::string& form : forms)
+    if (Names(form, item, naming)) return true;
+  return false;
+}
+
+bool Passes(const Rule& rule, const Selection& s, const std::vector<std::string>& target,
+            const std::vector<std::vector<std::string>>& contains, const Naming& naming) {
   if (rule.Support() < s.minSupport || rule.confidence < s.minConfidence || rule.lift < s.minLift) return false;
-  if (!s.target.empty() && !Names(s.target, rule.target, naming)) return false;
-  for (const std::string& wanted : s.contains) {
-    bool found = Names(wanted, rule.target, naming);
-    for (const Item& item : rule.antecedent) found = found || Names(wanted, item, naming);
+  if (!s.target.empty() && !NamesAny(target, rule.target, naming)) return false;
+  for (const std::vector<std::string>& wanted : contains) {
+    bool found = NamesAny(wanted, rule.target, naming);
+    for (const Item& item : rule.antecedent) found = found || NamesAny(wanted, item, naming);
     if (!found) return false;
   }
   return true;
@@ -73,8 +93,11 @@ bool Passes(const Rule& rule, const Selection& s, const Naming& naming) {
 
 std::vector<const Rule*> Select(const RuleFile& file, const Selection& selection, const Naming& naming) {
   std::vector<const Rule*> chosen;
+  const std::vector<std::string> target = Forms(selection.target);
+  std::vector<std::vector<std::string>> contains;
+  for (const std::string& wanted : selection.contains) contains.push_back(Forms(wanted));
   for (const Rule& rule : file.rules)
-    if (Passes(rule, selection, naming)) chosen.push_back(&rule);
+    if (Passes(rule, selection, target, contains, naming)) chosen.push_back(&rule);
   const SortKey key = selection.sort;
   std::stable_sort(chosen.begin(), chosen.end(), [key](const Rule* x, const Rule* y) {
     if (x->Trivial() != y->Trivial()) return y->Trivial();

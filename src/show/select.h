@@ -2,6 +2,7 @@
 // spelling of items for a person.
 #pragma once
 
+#include <cmath>
 #include <string>
 #include <vector>
 
@@ -28,8 +29,11 @@ bool ParseSortKey(const std::string& name, SortKey& key);
 struct Selection {
   SortKey sort = SortKey::kFile;
   long top = -1;  // at most this many rules; -1: all
-  double minSupport = -1, minConfidence = -1, minLift = -1;  // -1: no bound
-  std::string target;                  // ATTRIBUTE or ATTRIBUTE=VALUE; empty: any
+  // Lower bounds; no bound by default (a rule file may hold negative values).
+  double minSupport = -HUGE_VAL, minConfidence = -HUGE_VAL, minLift = -HUGE_VAL;
+  // ATTRIBUTE or ATTRIBUTE=VALUE, as the rule file spells them or as they
+  // were written in a table that rule-import respelled.
+  std::string target;                  // empty: any
   std::vector<std::string> contains;   // each must name an item of the rule
 };
 

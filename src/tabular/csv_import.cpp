@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <climits>
 #include <cmath>
 #include <cstdlib>
 #include <cstring>
@@ -18,6 +19,7 @@
 #include "base/files.h"
 #include "base/memory.h"
 #include "base/numbers.h"
+#include "base/spelling.h"
 #include "base/staged_file.h"
 
 namespace tabular {
@@ -88,20 +90,6 @@ bool HoldsText(const char* begin, const char* end, char delimiter) {
 constexpr char kCandidates[] = {',', ';', '\t', '|'};
 constexpr size_t kDetectionRecords = 20;
 
-// The look-alikes written for characters the names tokenizer or the readers
-// of the rule file would take as structure (UTF-8).
-const char kCommaLookAlike[] = "\xE2\x80\x9A";      // U+201A single low-9 quotation mark
-const char kColonLookAlike[] = "\xE2\x88\xB6";      // U+2236 ratio
-const char kBarLookAlike[] = "\xC2\xA6";            // U+00A6 broken bar
-const char kBackslashLookAlike[] = "\xE2\xA7\xB5";  // U+29F5 reverse solidus operator
-const char kPeriodLookAlike[] = "\xE2\x80\xA4";     // U+2024 one dot leader
-const char kQuoteLookAlike[] = "\xE2\x80\x9D";      // U+201D right double quotation mark
-const char kControlLookAlike[] = "\xEF\xBF\xBD";    // U+FFFD replacement character
-
-bool IsBlankByte(unsigned char c) {
-  return c == ' ' || c == '\t' || c == '\n' || c == '\r' || c == '\v' || c == '\f';
-}
-
 // Text for a report line: in double quotes, line breaks, tabs and other
 // control characters shown as escapes.
 std::string Quoted(const std::string& text) {
@@ -171,12 +159,13 @@ void KeepKeywordFromFront(ImportedColumn& column, std::vector<std::string>& raws
   if (k < column.Values.size()) {
     std::rotate(order.begin(), order.begin() + static_cast<long>(k), order.begin() + static_cast<long>(k) + 1);
   } else {
+    // The first value takes a capital, which no keyword has ("discrete1"
+    // becomes "Discrete1"), and a number after it when that is taken.
     const std::unordered_set<std::string> taken(column.Values.begin(), column.Values.end());
-    std::string spelling;
-    for (int n = 2;; ++n) {
-      spelling = column.Values[0] + "~" + std::to_string(n);
-      if (!taken.count(spelling)) break;
-    }
+    std::string base = column.Values[0];
+    base[0] = static_cast<char>(base[0] - 'a' + 'A');
+    std::string spelling = base;
+    for (int n = 2; taken.count(spelling); ++n) spelling = base + "~" + std::to_string(n);
     column.Values[0] = spelling;
   }
   std::vector<int> newIndex(order.size());
@@ -344,68 +333,18 @@ std::string DelimiterName(char delimiter) {
 
 // ---- Spelling ----
 
-std::string NormaliseBlanks(const std::string& field) {
-  std::string out;
-  bool blank = false;
-  for (char c : field) {
-    if (IsBlankByte(static_cast<unsigned char>(c))) {
-      blank = !out.empty();
-      continue;
-    }
-    if (blank) out += ' ';
-    blank = false;
-    out += c;
-  }
-  return out;
-}
-
 bool IsUnknownField(const std::string& field) {
   const std::string text = NormaliseBlanks(field);
   return text.empty() || text == "NA" || text == "?";
 }
 
 bool ParseNumber(const std::string& field, float* value) {
-  const std::string text = NormaliseBlanks(field);
-  if (text.empty()) return false;
-  errno = 0;
-  char* end = nullptr;
-  const double number = std::strtod(text.c_str(), &end);
-  if (end != text.c_str() + text.size()) return false;
+  double number = 0;
+  if (!::ParseNumber(NormaliseBlanks(field), number)) return false;
   const float single = static_cast<float>(number);
-  if (!std::isfinite(number) || !std::isfinite(single)) return false;
+  if (!std::isfinite(single)) return false;
   *value = single;
   return true;
-}
-
-std::string SpellName(const std::string& raw) {
-  const std::string text = NormaliseBlanks(raw);
-  std::string out;
-  for (size_t i = 0; i < text.size(); ++i) {
-    const unsigned char c = static_cast<unsigned char>(text[i]);
-    switch (c) {
-      case ',': out += kCommaLookAlike; break;
-      case ':': out += kColonLookAlike; break;
-      case '|': out += kBarLookAlike; break;
-      case '\\': out += kBackslashLookAlike; break;
-      case '"': out += kQuoteLookAlike; break;  // CSV readers of the rule file take it as quoting
-      case '.':
-        // The tokenizer ends a name at a period before a blank or the end
-        // of the field; any other period is read as part of the name.
-        if (i + 1 == text.size() || text[i + 1] == ' ') {
-          out += kPeriodLookAlike;
-        } else {
-          out += '.';
-        }
-        break;
-      default:
-        if (c < 0x20 || c == 0x7F) {
-          out += kControlLookAlike;
-        } else {
-          out += static_cast<char>(c);
-        }
-    }
-  }
-  return out;
 }
 
 std::vector<std::string> AssignSpellings(const std::vector<std::string>& raws,
@@ -482,6 +421,11 @@ bool ImportTable(const std::string& input, const ImportOptions& options, ImportR
   }
   records.clear();
   result->Rows = static_cast<long>(rows.size());
+  // Case numbers and codes are 32-bit in the miner.
+  if (rows.size() > static_cast<size_t>(INT_MAX) || width > static_cast<size_t>(INT_MAX)) {
+    *error = "the table has more than 2147483647 rows or columns, the most the miner can count";
+    return false;
+  }
 
   // The columns the options name.
   int classColumn = static_cast<int>(width) - 1;

@@ -8,6 +8,8 @@
 #include <string>
 #include <vector>
 
+#include "base/spelling.h"
+
 namespace tabular {
 
 // ---- Reading the table ----
@@ -38,8 +40,9 @@ std::string DelimiterName(char delimiter);
 
 // ---- Spelling names ----
 
-// Blanks, tabs and line breaks as one blank each run, none at either end.
-std::string NormaliseBlanks(const std::string& field);
+// NormaliseBlanks and SpellName: base/spelling.h.
+using ::NormaliseBlanks;
+using ::SpellName;
 
 // True for a field that stands for an unknown value: empty, "NA" or "?"
 // (blanks around it aside).
@@ -49,12 +52,6 @@ bool IsUnknownField(const std::string& field);
 // finite decimal number in single precision.
 bool ParseNumber(const std::string& field, float* value);
 
-// The spelling of a name that the names tokenizer reads back unchanged, as
-// one name, and that holds no comma: blanks normalised; comma, colon, bar,
-// backslash and double quote replaced by look-alikes; a period that would end the name (one
-// before a blank or at the end) replaced by a one-dot leader; other control
-// characters replaced by the replacement character.
-std::string SpellName(const std::string& raw);
 
 // Spellings for distinct raw names, in their order. A name that needs no
 // respelling keeps its text; the others take their SpellName, and where that
